@@ -1,0 +1,5 @@
+# The warnings that every target of ours compiles with; each is an error.
+add_library(kest_warnings INTERFACE)
+target_compile_options(kest_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wcast-align -Wnull-dereference -Wimplicit-fallthrough -Werror)
