@@ -12,7 +12,7 @@ public:
     KsRxClass(const wchar_t* name, const KsRxClass* parent) noexcept;
 
 private:
-    const wchar_t* className;
+    [[maybe_unused]] const wchar_t* className; ///< for people who look at it in a debugger
     const KsRxClass* parentClass;
 };
 

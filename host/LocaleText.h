@@ -63,10 +63,15 @@ inline std::wstring widen(std::string_view text)
     return wide;
 }
 
+constexpr bool isCodePoint(wchar_t unit)
+{
+    return static_cast<char32_t>(unit) <= 0x10FFFF;
+}
+
 /// Appends `unit` to `bytes` in UTF-8. What no code point is (above 0x10FFFF) becomes U+FFFD.
 inline void appendUtf8(std::string& bytes, wchar_t unit)
 {
-    const char32_t code = static_cast<char32_t>(unit) <= 0x10FFFF ? static_cast<char32_t>(unit) : 0xFFFD;
+    const char32_t code = isCodePoint(unit) ? static_cast<char32_t>(unit) : 0xFFFD;
     const auto tail = [&](int shift) { bytes.push_back(static_cast<char>(0x80 | ((code >> shift) & 0x3F))); };
     if (code < 0x80) {
         bytes.push_back(static_cast<char>(code));
@@ -91,7 +96,7 @@ inline std::string narrow(std::wstring_view text)
 {
     std::string bytes;
     bytes.reserve(text.size());
-    std::mbstate_t state{};
+    constexpr auto kNotEncoded = static_cast<std::size_t>(-1);
     for (const wchar_t unit : text) {
         if (static_cast<char32_t>(unit) < 0x80) {
             bytes.push_back(static_cast<char>(unit));
@@ -102,10 +107,10 @@ inline std::string narrow(std::wstring_view text)
             continue;
         }
         char encoded[MB_LEN_MAX];
-        const std::mbstate_t before = state;
-        const std::size_t length = std::wcrtomb(encoded, unit, &state);
-        if (length == static_cast<std::size_t>(-1)) {
-            state = before;
+        std::mbstate_t state{};
+        const std::size_t length = isCodePoint(unit) ? std::wcrtomb(encoded, unit, &state) : kNotEncoded;
+        if (length == kNotEncoded ||
+            std::mbsinit(&state) == 0) { // held back, to be joined with what follows: lost here
             appendUtf8(bytes, unit);
         } else {
             bytes.append(encoded, length);

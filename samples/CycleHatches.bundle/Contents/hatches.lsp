@@ -1,0 +1,3 @@
+;;; Sound, but never loaded: its bundle is part of a cycle.
+
+(kest-print (format nil "Hatches: ready~%"))
