@@ -8,6 +8,13 @@ if(KEST_SANITIZE)
     target_compile_options(kest_sanitizers INTERFACE
         -fsanitize=${KEST_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(kest_sanitizers INTERFACE -fsanitize=${KEST_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        # Linked in statically, the run time would call what the tests put in place of malloc and dlsym before either is
+        # ready.
+        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-runtime-dir
+            OUTPUT_VARIABLE sanitizer_folder OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+        target_link_options(kest_sanitizers INTERFACE -shared-libsan -Wl,-rpath,${sanitizer_folder})
+    endif()
 endif()
 if(KEST_COVERAGE)
     target_compile_options(kest_sanitizers INTERFACE --coverage -O0)

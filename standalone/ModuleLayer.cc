@@ -56,20 +56,19 @@ std::string loadedPath(const std::string& name)
     return search.path;
 }
 
-/// What keeps `name`, opened as `opened`, from being loaded, in words for who installs it. `message` is the dynamic
-/// linker's own; it begins with the file that is at fault, which may be one that the library needs.
-std::string problemWith(std::string_view name, std::string_view opened, std::string_view message)
+/// What keeps `name` from being loaded, in words for who installs it. `message` is the dynamic linker's own; it begins
+/// with the file that is at fault: `opened`, or one that the library needs.
+std::string problemWith(std::string_view name, std::string_view opened, bool isBesideTheTool, std::string_view message)
 {
     const std::string cause = " (" + displayable(message) + ")";
     const std::string_view culprit = message.substr(0, message.find(": "));
-    const bool isAbsent = message.find("cannot open shared object file") != message.npos;
-    if (!isAbsent) {
-        return displayable(name) + " cannot be loaded" + cause;
-    }
-    if (culprit == opened) {
+    if (culprit == opened && !isBesideTheTool) {
         return displayable(name) + " is not beside the tool and not among the system's libraries" + cause;
     }
-    return displayable(name) + " needs " + displayable(culprit) + ", which is not installed" + cause;
+    if (culprit != opened && message.find("cannot open shared object file") != message.npos) {
+        return displayable(name) + " needs " + displayable(culprit) + ", which is not installed" + cause;
+    }
+    return displayable(name) + " cannot be loaded" + cause;
 }
 
 } // namespace
@@ -97,11 +96,12 @@ ModuleHandle LoadLibraryW(const wchar_t* name)
     const bool isBesideTheTool = !beside.empty() && ::access(beside.c_str(), F_OK) == 0;
     // A damaged library beside the tool is not passed over for another one of the system: that would hide the damage.
     const std::string& opened = isBesideTheTool ? beside : file;
-    void* const library = ::dlopen(opened.c_str(), RTLD_NOW | RTLD_LOCAL);
+    // Without a name the dynamic linker would answer with the program itself.
+    void* const library = file.empty() ? nullptr : ::dlopen(opened.c_str(), RTLD_NOW | RTLD_LOCAL);
     EngineOpen entry{name, library != nullptr, {}};
     if (library == nullptr) {
-        const char* const message = ::dlerror();
-        entry.problem = problemWith(file, opened, message != nullptr ? message : "no reason given");
+        const char* const message = file.empty() ? nullptr : ::dlerror();
+        entry.problem = message != nullptr ? problemWith(file, opened, isBesideTheTool, message) : "No name was given";
     }
     Host::current().journal().add(std::move(entry));
     return library;

@@ -272,11 +272,10 @@ void SaxDocument::end()
     if (context == nullptr) {
         return;
     }
+    xmlCtxtReset(context); // before all: the tree is no part of what freeing the parser frees
     if (hasGrownTooLarge(context)) {
         xmlFreeParserCtxt(context);
         context = nullptr;
-    } else {
-        xmlCtxtReset(context);
     }
 }
 

@@ -20,8 +20,8 @@ public:
     void addEnd(const char* name);
 
     /// Adds an attribute to the newest start tag. Its value is what is appended to the text by then.
-    void addAttribute(const char* name);
-    void appendText(std::string_view utf8) { text.insert(text.end(), utf8.begin(), utf8.end()); }
+    void addAttribute(std::string_view name);
+    void appendText(std::string_view utf8) { text += utf8; }
 
     /// Takes the newest start tag back, with what was added to it.
     void dropNewest();
@@ -47,14 +47,15 @@ private:
     };
     struct Attribute
     {
-        const char* name;
+        std::string_view name;
         std::uint32_t valueBegin;
         std::uint32_t valueEnd;
+        bool isAsciiName;
     };
 
     std::vector<Token> tokens;
     std::vector<Attribute> attributes; ///< of all tokens, those of one side by side
-    std::vector<char> text;            ///< the values, one behind the other
+    std::string text;                  ///< the values, one behind the other
 };
 
 } // namespace standalone

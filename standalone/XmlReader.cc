@@ -7,6 +7,7 @@
 
 #include "host/LocaleText.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -15,7 +16,7 @@ namespace standalone {
 
 namespace {
 
-/// Files up to this size are read whole and parsed at once; larger ones piece by piece, in memory that does not grow
+/// Smaller files are read whole and parsed at once; larger ones piece by piece, in memory that does not grow
 /// with them.
 constexpr std::uint64_t kLargestWhole = 256 * 1024;
 constexpr std::size_t kPiece = 64 * 1024;
@@ -126,10 +127,11 @@ private:
     {
         current = 0;
         while (file.isOpen() && !parser->document.isMalformed()) {
-            // One byte more than a small file has: that it does not come says that this was all.
-            const bool isWhole = !hasBegun && file.size() <= kLargestWhole;
+            // One byte more than a small file has: that it does not come says that this was all. The first piece of a
+            // large one is large as well: the library is not good at a document type that comes in two.
+            const std::uint64_t wanted = hasBegun ? kPiece : std::min(file.size() + 1, kLargestWhole);
             hasBegun = true;
-            parser->bytes.resize(isWhole ? static_cast<std::size_t>(file.size()) + 1 : kPiece);
+            parser->bytes.resize(static_cast<std::size_t>(wanted));
             std::size_t length = 0;
             if (const std::string problem = file.read(parser->bytes.data(), parser->bytes.size(), length);
                 !problem.empty()) {

@@ -1,0 +1,5 @@
+// An engine with one export.
+extern "C" __attribute__((visibility("default"))) int kestTestAnswer()
+{
+    return 42;
+}

@@ -1,0 +1,5 @@
+// What another engine needs.
+extern "C" __attribute__((visibility("default"))) int kestTestNeeded()
+{
+    return 1;
+}

@@ -1,0 +1,6 @@
+#include "ModuleExport.h"
+
+extern "C" KEST_EXPORT int kestSomethingElse(void)
+{
+    return 0;
+}

@@ -1,0 +1,98 @@
+// The stored lists against a telling of the rules that is as plain and slow as can be.
+#include "tests/AutoloaderTest.h"
+
+#include <random>
+
+namespace {
+
+const std::wstring kBundleKey = L"CUIX/LoadedBundleCuix";
+const std::wstring kHostKey = L"CUIX/LoadedCuix";
+
+std::vector<std::wstring> entriesOf(const std::wstring& list)
+{
+    std::vector<std::wstring> entries(1);
+    for (const wchar_t unit : list) {
+        if (unit == L';') {
+            entries.emplace_back();
+        } else {
+            entries.back() += unit;
+        }
+    }
+    return entries;
+}
+
+/// The host's list after `removed` was taken out of `list` at every place, from the front to the back.
+std::wstring without(const std::wstring& list, const std::wstring& removed)
+{
+    std::wstring rest = list;
+    for (std::size_t at = 0; at < rest.size() && !removed.empty();) {
+        if (rest.substr(at, removed.size()) == removed) {
+            rest = rest.substr(0, at) + rest.substr(at + removed.size());
+        } else {
+            ++at;
+        }
+    }
+    return rest;
+}
+
+/// The host's list that is stored.
+std::wstring hostListAfter(const std::wstring& hostList, const std::wstring& previous, const std::wstring& added)
+{
+    std::wstring list = hostList;
+    const std::vector<std::wstring> hostEntries = entriesOf(hostList);
+    for (const std::wstring& old : entriesOf(previous)) {
+        for (std::size_t i = 0; i < hostEntries.size(); ++i) {
+            if (hostEntries[i] == old) {
+                list = without(list, i == 0 ? old : L";" + old);
+            }
+        }
+    }
+    return added.empty() ? list : list + L";" + added;
+}
+
+class MenuRegistrationModelTest : public AutoloaderTest
+{
+protected:
+    std::mt19937 random{20240317};
+
+    std::size_t pick(std::size_t below) { return static_cast<std::size_t>(random() % below); }
+
+    /// A list of few different short entries, empty ones among them, so that they meet and contain each other.
+    std::wstring anyList()
+    {
+        static const std::wstring kEntries[] = {L"", L"a", L"b", L"aa", L"ab", L"a/b", L"b/a/b", L"h.cuix", L"A"};
+        std::wstring list;
+        for (std::size_t count = pick(7); count > 0; --count) {
+            list += (pick(4) == 0 ? L"" : L";") + kEntries[pick(std::size(kEntries))];
+        }
+        return list;
+    }
+};
+
+TEST_F(MenuRegistrationModelTest, ThousandsOfRandomListsAreStoredAsTheRulesTell)
+{
+    std::size_t changed = 0;
+    for (int round = 0; round < 20000; ++round) {
+        const std::wstring hostList = anyList();
+        const std::wstring previous = anyList();
+        const std::wstring added = anyList();
+        host.configuration = {{kHostKey, {hostList}}, {kBundleKey, {previous}}};
+        host.calls.clear();
+
+        manager().writeCuixToConfig(added);
+
+        const bool isWritten = !previous.empty() || !added.empty();
+        const std::wstring expected = isWritten ? hostListAfter(hostList, previous, added) : hostList;
+        ASSERT_EQ(host.configuration[kHostKey].text, expected)
+            << "host " << hostdouble::utf8(hostList) << ", previous " << hostdouble::utf8(previous) << ", added "
+            << hostdouble::utf8(added);
+        ASSERT_EQ(host.configuration[kBundleKey].text, isWritten ? added : previous);
+        ASSERT_EQ(hostdouble::callsTo({"setValue"}).size(), isWritten ? 2U : 0U);
+        if (isWritten && expected.find(hostList) != 0) {
+            ++changed;
+        }
+    }
+    EXPECT_GT(changed, 5000U) << "the lists are such that something is taken out often";
+}
+
+} // namespace
