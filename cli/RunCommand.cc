@@ -1,0 +1,142 @@
+#include "cli/RunCommand.h"
+
+#include "cli/ConsoleEcho.h"
+#include "cli/ExitStatus.h"
+#include "cli/Library.h"
+#include "cli/OptionFolder.h"
+#include "cli/Prompt.h"
+#include "cli/ReportJson.h"
+#include "cli/ReportText.h"
+#include "cli/ReservedOutput.h"
+#include "cli/RunSession.h"
+#include "cli/Shown.h"
+#include "host/LocaleText.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <optional>
+
+namespace cli {
+
+namespace {
+
+constexpr char kExamples[] = R"(Examples:
+  kestbundle run
+      Start with the bundles that are installed, and say what became of each.
+  kestbundle run --home /tmp/try --command UNITS
+      Start with the bundles of a trial home folder, then run one command.
+  kestbundle run --interactive
+      Start, then take command names from a prompt; "?" lists those known, "quit" ends.
+  kestbundle run --vernum 26.0_1_Linux_aarch64 --json
+      Start as a host on another machine would, and write the report as JSON.
+
+Exit status: 0 all went well, 1 something in the run did not, 2 wrong use.)";
+
+/// Sets HOME to the folder asked for. Throws WrongUse when there is none.
+void setHome(const RunOptions& options)
+{
+    const char* environment = std::getenv("HOME");
+    if (options.home.empty() && environment == nullptr) {
+        throw WrongUse("HOME is not set; set it, or say --home DIR");
+    }
+    const std::string home =
+        options.home.empty() ? existingFolder("HOME", environment) : existingFolder("--home", options.home);
+    ::setenv("HOME", home.c_str(), 1);
+}
+
+standalone::HostSettings settingsFrom(const RunOptions& options)
+{
+    standalone::HostSettings settings;
+    settings.programFolder =
+        options.programDir.empty() ? toolFolder() : existingFolder("--program-dir", options.programDir);
+    settings.engineFolder = libraryFolder();
+    settings.configurationFile =
+        options.config.empty() ? standalone::userConfigurationFolder() + "/standalone.sqlite" : options.config;
+    settings.vernum = localetext::widen(options.vernum);
+    settings.productName = localetext::widen(options.product);
+    return settings;
+}
+
+/// Shows the parts of the report as they come about; as JSON, all of it at the end.
+int runAndReport(const RunOptions& options, RunSession& session)
+{
+    const auto show = [&](const std::string& text) {
+        if (!options.json) {
+            print(stdout, text);
+        }
+    };
+    const auto runOne = [&](const std::wstring& name) {
+        show(commandHeading(name));
+        session.runCommand(name);
+        show(commandText(session.report(), session.report().commandRuns.size() - 1));
+    };
+    show(hostText(session.report()));
+    session.start();
+    show(startText(session.report()));
+    for (const std::string& name : options.commands) {
+        runOne(localetext::widen(name));
+    }
+    if (options.interactive) {
+        promptForCommands(options.json ? nullptr : stdout, runOne, [&] { return session.knownCommands(); });
+    }
+    session.close();
+    show(endText(session.report()));
+    return session.report().problems().any() ? kSomethingFailed : kAllWell;
+}
+
+} // namespace
+
+CLI::App* addRunCommand(CLI::App& app, RunOptions& options)
+{
+    CLI::App* run = app.add_subcommand("run", "Start the stand-alone host with the installed bundles and report");
+    const auto text = [&](const char* name, std::string& target, const char* value, const char* help) {
+        run->add_option(name, target, help)->type_name(value)->take_last()->check([name](const std::string& given) {
+            return given.empty() ? std::string(name) + " must not be empty" : std::string();
+        });
+    };
+    text("--home", options.home, "DIR", "Use DIR as the home folder (default: HOME)");
+    text("--program-dir", options.programDir, "DIR", "Use DIR as the host's program folder (default: this tool's)");
+    text("--vernum", options.vernum, "TEXT", "The value of VERNUM (default: what this machine is)");
+    text("--product", options.product, "TEXT", "The host's product name (default: TARVIX)");
+    text("--config", options.config, "FILE",
+         "The configuration file (default: .config/ORRELIN/standalone.sqlite in the home folder)");
+    run->add_option(
+           "--command",
+           [&options](const CLI::results_t& names) {
+               options.commands = names;
+               return true;
+           },
+           "Run the command NAME after the start; may be given more than once")
+        ->type_name("NAME")
+        ->type_size(1)
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->allow_extra_args(false);
+    run->add_flag("--interactive", options.interactive, "Then read command names from standard input");
+    run->add_flag("--json", options.json, "Write the report as one JSON document");
+    run->footer(kExamples);
+    return run;
+}
+
+int run(const RunOptions& options)
+{
+    setHome(options);
+    standalone::HostSettings settings = settingsFrom(options);
+    std::optional<ReservedOutput> output;
+    if (options.json) {
+        output.emplace();
+    }
+    Library library;
+    if (const std::string problem = library.open(); !problem.empty()) {
+        throw WrongUse("The autoloader library cannot be opened:\n" + problem);
+    }
+    ConsoleEcho console(!options.json);
+    RunSession session(std::move(settings), library, console);
+    const int status = runAndReport(options, session);
+    if (output) {
+        output->write(reportJson(session.report(), status));
+    }
+    return status;
+}
+
+} // namespace cli

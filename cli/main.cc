@@ -1,0 +1,70 @@
+// The command "kestbundle".
+#include "cli/ExitStatus.h"
+#include "cli/RunCommand.h"
+#include "cli/Shown.h"
+#include "standalone/CaughtError.h"
+#include "standalone/Utf8.h"
+
+#include <CLI/CLI.hpp>
+#include <clocale>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace {
+
+/// Texts follow the user's locale. The plain "C" locale, which knows no character above ASCII, gives way to its sister
+/// that does.
+void followLocale()
+{
+    std::setlocale(LC_ALL, "");
+    const char* current = std::setlocale(LC_CTYPE, nullptr);
+    const std::string_view name = current != nullptr ? current : "C";
+    if (name == "C" || name == "POSIX") {
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+    }
+}
+
+int complain(const std::string& text, int status)
+{
+    cli::print(stderr, "kestbundle: " + text + "\n");
+    return status;
+}
+
+int parseAndRun(int argumentCount, char** arguments)
+{
+    CLI::App app("Runs and examines plug-in bundles.", "kestbundle");
+    app.set_version_flag("--version", "kestbundle " KEST_VERSION);
+    app.require_subcommand(1);
+    app.footer("\"kestbundle SUBCOMMAND --help\" says more.");
+    cli::RunOptions options;
+    cli::addRunCommand(app, options);
+    try {
+        app.parse(argumentCount, arguments);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) { // help or version was asked for
+            return app.exit(error);
+        }
+        return complain(standalone::displayable(std::string_view(error.what())) +
+                            "\nRun \"kestbundle --help\" or \"kestbundle run --help\" for how it is used.",
+                        cli::kWrongUse);
+    }
+    const int status = cli::run(options);
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0
+               ? status
+               : complain("standard output could not be written", cli::kSomethingFailed);
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    followLocale();
+    try {
+        return parseAndRun(argumentCount, arguments);
+    } catch (const cli::WrongUse& wrong) {
+        return complain(wrong.what(), cli::kWrongUse);
+    } catch (...) {
+        return complain("the run ended with " + standalone::describeCaughtError(), cli::kSomethingFailed);
+    }
+}

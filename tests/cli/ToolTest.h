@@ -1,0 +1,94 @@
+// The fixture of the tool's tests: a tree of its own under a temporary folder, and the tool run in it as a process.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <sys/resource.h>
+#include <utility>
+#include <vector>
+
+/// What a run of the tool left behind.
+struct ToolRun
+{
+    int status = 0;     ///< the exit status; 128 and the signal when one ended it
+    std::string output; ///< standard output
+    std::string errors; ///< standard error
+
+    bool operator==(const ToolRun&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& stream, const ToolRun& run);
+
+class ToolTest : public ::testing::Test
+{
+protected:
+    /// Makes the tree: "tool/bin" with the tool, "tool/lib" with the autoloader library, "home", "program".
+    ToolTest();
+    ~ToolTest() override;
+
+    /// A path in the tree.
+    std::string path(const std::string& inTree) const { return root + "/" + inTree; }
+    std::string home() const { return path("home"); }
+    /// The folder of the user's own bundles, ended by "/".
+    std::string plugins() const { return home() + "/.config/ORRELIN/ApplicationPlugins/"; }
+    std::string logFile() const { return home() + "/.config/ORRELIN/BundleErrorLog.txt"; }
+    std::string configurationFile() const { return home() + "/.config/ORRELIN/standalone.sqlite"; }
+
+    /// Writes `content` to the file at `file` and makes the folders above it.
+    static void write(const std::string& file, const std::string& content);
+
+    /// The bytes of the file at `file`; empty when it cannot be read.
+    static std::string contentOf(const std::string& file);
+
+    /// Puts a bundle folder `name` with the manifest `manifest` among the user's bundles; returns its path.
+    std::string install(const std::string& name, const std::string& manifest) const;
+
+    /// Puts the built test module `module` into `folder` as `name`.
+    static void installModule(const std::string& module, const std::string& folder, const std::string& name);
+
+    /// Puts an evaluator for LISP beside the tool.
+    void installEvaluator() const;
+
+    /// Runs the tool with `arguments`; `input` is its standard input. A run that takes a minute is ended.
+    ToolRun runTool(const std::vector<std::string>& arguments, const std::string& input = "");
+
+    /// `kestbundle run` with a fixed host and `arguments`; its output is normalised.
+    ToolRun run(std::vector<std::string> arguments = {}, const std::string& input = "");
+
+    /// The same with "--json", parsed; checks the exit status against the one in the document and that standard error
+    /// is empty.
+    nlohmann::json runJson(std::vector<std::string> arguments = {}, const std::string& input = "");
+
+    /// The next runs have a locale with the encoding ISO-8859-1.
+    void useLatin1();
+
+    /// `text` with the tree's root as "/T" and each time of day as "TIME".
+    std::string normalised(std::string text) const;
+
+    /// Environment of the next runs: "NAME=VALUE". HOME and LC_ALL=C.UTF-8 to begin with.
+    std::vector<std::string> environment;
+
+    /// What is written to `standardOutput` instead of being kept; empty: kept.
+    std::string standardOutput;
+
+    /// No file that the next runs write can grow beyond this many bytes, as if the disk were full.
+    rlim_t largestFile = RLIM_INFINITY;
+
+    std::string root;
+};
+
+/// How every report for people begins that ToolTest::run() brings about.
+inline const std::string kHead = "Host: TARVIX, version 26.0_1_Linux_test\n"
+                                 "  program    /T/program\n"
+                                 "  home       /T/home\n"
+                                 "  settings   /T/home/.config/ORRELIN/standalone.sqlite\n";
+
+/// A manifest with the given content of "ApplicationPackage".
+std::string manifestOf(const std::string& content, const std::string& upgradeCode = "");
+
+/// A component that is loaded at start-up.
+std::string startupEntry(const std::string& module);
+
+/// A component that is loaded when one of `commands` is used.
+std::string onDemandEntry(const std::string& module, const std::vector<std::string>& commands);

@@ -1,0 +1,5 @@
+// A library that is no module.
+extern "C" [[gnu::visibility("default")]] int someOtherFunction(void)
+{
+    return 0;
+}
