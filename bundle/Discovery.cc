@@ -6,6 +6,8 @@
 #include "manifest/Bundle.h"
 #include "manifest/BundleStrConst.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::wstring_view kBundleSuffix = L".bundle";

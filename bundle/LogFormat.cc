@@ -1,5 +1,6 @@
 #include "bundle/LogFormat.h"
 
+#include <algorithm>
 #include <cwchar>
 
 namespace {

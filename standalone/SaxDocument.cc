@@ -1,5 +1,7 @@
 #include "standalone/SaxDocument.h"
 
+#include "standalone/XmlMessages.h"
+
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
@@ -32,37 +34,6 @@ bool hasGrownTooLarge(xmlParserCtxtPtr context)
     return xmlDictSize(context->dict) > kMostNames || context->maxatts > kMostTableRoom ||
            context->nsMax > kMostTableRoom;
 }
-
-void ignoreText(void* /*context*/, const char* /*format*/, ...) {}
-
-/// While it lives, what the library says on this thread goes to `handler` and nothing to the standard error stream.
-/// The handlers of a document do not do alone: faults of an encoding are reported without any document.
-class MessagesTo
-{
-public:
-    MessagesTo(xmlStructuredErrorFunc handler, void* target)
-        : structured(xmlStructuredError),
-          structuredTarget(xmlStructuredErrorContext),
-          generic(xmlGenericError),
-          genericTarget(xmlGenericErrorContext)
-    {
-        xmlSetStructuredErrorFunc(target, handler);
-        xmlSetGenericErrorFunc(nullptr, ignoreText);
-    }
-    MessagesTo(const MessagesTo&) = delete;
-    MessagesTo& operator=(const MessagesTo&) = delete;
-    ~MessagesTo()
-    {
-        xmlSetStructuredErrorFunc(structuredTarget, structured);
-        xmlSetGenericErrorFunc(genericTarget, generic);
-    }
-
-private:
-    xmlStructuredErrorFunc structured;
-    void* structuredTarget;
-    xmlGenericErrorFunc generic;
-    void* genericTarget;
-};
 
 } // namespace
 
@@ -227,7 +198,7 @@ SaxDocument::~SaxDocument()
 
 void SaxDocument::begin()
 {
-    const MessagesTo messages(Callbacks::message, this);
+    const XmlMessages messages(Callbacks::message, this);
     if (context == nullptr) {
         context = xmlCreatePushParserCtxt(Callbacks::table(), nullptr, nullptr, 0, nullptr);
         if (context == nullptr) {
@@ -254,7 +225,7 @@ void SaxDocument::begin()
 void SaxDocument::feed(std::string_view bytes, bool isLast)
 {
     batch.clear();
-    const MessagesTo messages(Callbacks::message, this);
+    const XmlMessages messages(Callbacks::message, this);
     xmlParseChunk(context, bytes.data(), static_cast<int>(bytes.size()), isLast ? 1 : 0);
     if (outOfMemory) {
         throw std::bad_alloc();
@@ -287,7 +258,7 @@ void SaxDocument::noteFault(std::string_view problem)
     }
     malformed = true;
     // The document's own position, also for a fault in the text of an entity, which has lines of its own.
-    if (context->inputNr > 0) {
+    if (context != nullptr && context->inputNr > 0) {
         firstFault.line = context->inputTab[0]->line;
         firstFault.column = context->inputTab[0]->col;
     }

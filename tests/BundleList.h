@@ -5,6 +5,8 @@
 #include "manifest/Bundle.h"
 
 #include <random>
+#include <string>
+#include <vector>
 
 /// A list of bundles, from which as many managers as wished are filled.
 struct BundleList

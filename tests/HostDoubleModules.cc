@@ -162,6 +162,9 @@ void* __wrap_dlopen(const char* name, int mode)
 void* __wrap_dlsym(void* handle, const char* name)
 {
     if (!isOurs(handle)) {
+        if (handle == nullptr && !state().sharedObjects.empty()) {
+            record("dlsym", {"null", name}); // which searches the whole process
+        }
         return __real_dlsym(handle, name);
     }
     const bool fails = record("dlsym", {name});

@@ -38,6 +38,33 @@ TEST_F(XmlReaderTest, AttributeNamesAreComparedWhole)
               "<a name=[1] NAME=[] n=[] names=[4] =[]></a> ok");
 }
 
+TEST_F(XmlReaderTest, AttributeNamesThatDifferInOnePlaceAreDifferent)
+{
+    for (const std::size_t length : {1U, 2U, 7U, 8U, 9U, 15U, 16U, 17U, 24U}) {
+        const std::string name(length, 'n');
+        for (std::size_t at = 0; at < length; ++at) {
+            std::wstring other(length, L'n');
+            other[at] = L'o';
+            EXPECT_EQ(told("<a " + name + "='1'/>", {other}), "<a " + utf8(other) + "=[]></a> ok");
+            other[at] = static_cast<wchar_t>(L'n' + 0x100);
+            EXPECT_EQ(told("<a " + name + "='1'/>", {other}), "<a " + utf8(other) + "=[]></a> ok");
+        }
+        EXPECT_EQ(told("<a " + name + "='1'/>", {std::wstring(length, L'n')}), "<a " + name + "=[1]></a> ok");
+    }
+}
+
+TEST_F(XmlReaderTest, CharacterBeyondAsciiIsDecodedWhereverItStands)
+{
+    for (std::size_t length = 1; length < 26; ++length) {
+        EXPECT_EQ(told("<a x='" + std::string(length, 'v') + "'/>", {L"x"}),
+                  "<a x=[" + std::string(length, 'v') + "]></a> ok");
+        for (std::size_t at = 0; at < length; ++at) {
+            const std::string value = std::string(at, 'v') + "\xE6\xB0\xB4" + std::string(length - at - 1, 'w');
+            EXPECT_EQ(told("<a x='" + value + "'/>", {L"x"}), "<a x=[" + value + "]></a> ok");
+        }
+    }
+}
+
 TEST_F(XmlReaderTest, MissingAttributeEmptiesTheValue)
 {
     const XmlReader reader = openDocument("<a/>");
@@ -179,6 +206,14 @@ TEST_F(XmlReaderTest, FaultFoundAfterTheJournalWasClearedTouchesNoOtherEntry)
     running->notice("in its place");
     EXPECT_EQ(toldBy(*reader, {}), "<a> malformed");
     EXPECT_EQ(notices(), std::vector<std::string>{"in its place"});
+}
+
+TEST_F(XmlReaderTest, FaultFoundAfterTheJournalWasClearedHasNoPlaceToGo)
+{
+    const XmlReader reader = openDocument("<a>\n");
+    running->journal().clear();
+    EXPECT_EQ(toldBy(*reader, {}), "<a> malformed");
+    EXPECT_TRUE(running->journal().entries().empty());
 }
 
 TEST_F(XmlReaderTest, ReaderMayOutliveItsHost)

@@ -3,6 +3,7 @@
 #include "tests/TestLocale.h"
 
 #include <stdexcept>
+#include <typeinfo>
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include "tests/BundleList.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -104,6 +105,19 @@ void gatherInPasses(KestBundleManager& manager)
 class DependencyOrderTest : public AutoloaderTest
 {
 protected:
+    /// The identities attempted, joined by blanks, when no attempt succeeds.
+    std::string fruitlessAttempts()
+    {
+        std::string attempts;
+        manager().attemptInDependencyOrder(
+            {}, [](const KestBundle& /*bundle*/) { return false; },
+            [&](const KestBundle& bundle) {
+                attempts += (attempts.empty() ? "" : " ") + hostdouble::utf8(bundle.package.upgradeCode);
+                return false;
+            });
+        return attempts;
+    }
+
     /// Everything that `run` did with `own`, as text.
     template <typename Run>
     std::string outcome(KestBundleManager& own, Run run)
@@ -123,6 +137,27 @@ protected:
         return text;
     }
 };
+
+TEST_F(DependencyOrderTest, AloneABundleThatNeverCountsAsLoadedIsAttemptedOnce)
+{
+    addBundle(L"X");
+    EXPECT_EQ(fruitlessAttempts(), "X");
+}
+
+TEST_F(DependencyOrderTest, TwoSuchBundlesAreAttemptedTwiceAndTheirDependentNever)
+{
+    addBundle(L"X");
+    addBundle(L"Y");
+    addBundle(L"Z", {L"X"});
+    EXPECT_EQ(fruitlessAttempts(), "X Y X Y") << "two of three, then four of three";
+}
+
+TEST_F(DependencyOrderTest, APassWithoutAnAttemptEndsIt)
+{
+    addBundle(L"A", {L"B"});
+    addBundle(L"B", {L"A"});
+    EXPECT_EQ(fruitlessAttempts(), "");
+}
 
 TEST_F(DependencyOrderTest, LoadingAndGatheringDoWhatPlainPassesDo)
 {

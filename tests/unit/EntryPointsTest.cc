@@ -76,6 +76,16 @@ TEST_F(EntryPointsTest, WithoutABundleTheMenusOfTheLastRunAreTakenOut)
                      "getValue(4, CUIX/LoadedCuix) -> h.cuix;/p/a.cuix", "setValue(4, CUIX/LoadedCuix, h.cuix)"}));
 }
 
+TEST_F(EntryPointsTest, WithoutAFolderNoMenuIsRegisteredWhateverBundlesThereAre)
+{
+    addComponent(addBundle(L"a"), L"/a.cuix");
+
+    excuteCuix();
+
+    EXPECT_EQ(callsOfInterest(), (Lines{"getValue(4, CUIX/LoadedBundleCuix) -> 2"}));
+    EXPECT_FALSE(manager().bundles[0]->getIsLoad());
+}
+
 TEST_F(EntryPointsTest, WhenEveryBundleIsRejectedTheMenusOfTheLastRunAreTakenOut)
 {
     install(kUserRoot, L"a.bundle", Element{L"RuntimeRequirements", {{L"Architecture", L"mips"}}});

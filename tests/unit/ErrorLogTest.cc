@@ -3,6 +3,7 @@
 #include "tests/TestLocale.h"
 
 #include <ctime>
+#include <limits>
 
 namespace {
 

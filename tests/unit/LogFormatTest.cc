@@ -2,6 +2,8 @@
 #include "bundle/LogFormat.h"
 #include "tests/TestLocale.h"
 
+#include <cstdint>
+
 namespace {
 
 /// Between two brackets, so that it shows what a conversion takes with it.

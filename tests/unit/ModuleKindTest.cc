@@ -1,6 +1,7 @@
 #include "loading/ModuleKind.h"
 #include "tests/TestLocale.h"
 
+#include <cstdint>
 #include <locale>
 
 namespace {
