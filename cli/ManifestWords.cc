@@ -12,7 +12,7 @@ namespace {
 bool isSilentKind(std::wstring_view module)
 {
     const std::size_t point = module.rfind(L'.');
-    const std::wstring_view extension = point == module.npos ? module : module.substr(point);
+    const std::wstring_view extension = point == std::wstring_view::npos ? module : module.substr(point);
     return localetext::equalIgnoringCase(extension, L".py") || localetext::equalIgnoringCase(extension, L".dll");
 }
 

@@ -116,7 +116,7 @@ void ReportCollector::take(const standalone::HostNotice& notice)
 
 std::optional<std::size_t> ReportCollector::bundleOf(std::wstring_view path)
 {
-    for (std::size_t slash = path.find(L'/', 1); slash != path.npos; slash = path.find(L'/', slash + 1)) {
+    for (std::size_t slash = path.find(L'/', 1); slash != std::wstring::npos; slash = path.find(L'/', slash + 1)) {
         const auto found = bundleByFolder.find(std::wstring(path.substr(0, slash)));
         if (found != bundleByFolder.end()) {
             return found->second;

@@ -35,12 +35,14 @@ Exit status: 0 all went well, 1 something in the run did not, 2 wrong use.)";
 /// Sets HOME to the folder asked for. Throws WrongUse when there is none.
 void setHome(const RunOptions& options)
 {
-    const char* environment = std::getenv("HOME");
-    if (options.home.empty() && environment == nullptr) {
+    std::string home;
+    if (!options.home.empty()) {
+        home = existingFolder("--home", options.home);
+    } else if (const char* environment = std::getenv("HOME")) {
+        home = existingFolder("HOME", environment);
+    } else {
         throw WrongUse("HOME is not set; set it, or say --home DIR");
     }
-    const std::string home =
-        options.home.empty() ? existingFolder("HOME", environment) : existingFolder("--home", options.home);
     ::setenv("HOME", home.c_str(), 1);
 }
 

@@ -102,7 +102,7 @@ void RunSession::runCommand(const std::wstring& name)
 
 void RunSession::request(const std::wstring& name, CommandRun& run)
 {
-    if (name.find(L'\0') != name.npos) {
+    if (name.find(L'\0') != std::wstring::npos) {
         return; // as a text that ends with a zero it would be another name
     }
     run.wasRequested = true;

@@ -15,7 +15,7 @@ std::string describeCaughtError()
         throw;
     } catch (const std::exception& error) {
         return "an exception: " + displayable(std::string_view(error.what()));
-    } catch (const VxErrorStatus* caught) {
+    } catch (const VxErrorStatus* caught) { // NOLINT(misc-throw-by-value-catch-by-reference): hosts throw pointers
         if (caught == nullptr) {
             return "an error of the host without an object";
         }

@@ -65,7 +65,7 @@ std::string problemWith(std::string_view name, std::string_view opened, bool isB
     if (culprit == opened && !isBesideTheTool) {
         return displayable(name) + " is not beside the tool and not among the system's libraries" + cause;
     }
-    if (culprit != opened && message.find("cannot open shared object file") != message.npos) {
+    if (culprit != opened && message.find("cannot open shared object file") != std::string::npos) {
         return displayable(name) + " needs " + displayable(culprit) + ", which is not installed" + cause;
     }
     return displayable(name) + " cannot be loaded" + cause;

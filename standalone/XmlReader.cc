@@ -18,8 +18,8 @@ namespace {
 
 /// Smaller files are read whole and parsed at once; larger ones piece by piece, in memory that does not grow
 /// with them.
-constexpr std::uint64_t kLargestWhole = 256 * 1024;
-constexpr std::size_t kPiece = 64 * 1024;
+constexpr std::uint64_t kLargestWhole = std::uint64_t{256} * 1024;
+constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
 /// What reading takes beside the reader itself; a reader has it while it is at work.
 struct Parser
