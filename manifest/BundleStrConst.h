@@ -8,7 +8,8 @@
 
 #include <string>
 
-namespace [[gnu::visibility("default")]] BundleStrConst {
+#pragma GCC visibility push(default)
+namespace BundleStrConst {
 
 // Where bundles are looked for, and where problems are written.
 extern const CStdStr<wchar_t> bundle_InstallPath; ///< follows the host's program folder, which ends with "/"
@@ -73,4 +74,5 @@ extern const CStdStr<wchar_t> command_Local;
 extern const CStdStr<wchar_t> command_HelpTopic;      ///< not read; part of the vocabulary
 extern const CStdStr<wchar_t> command_StartupCommand; ///< not read; part of the vocabulary
 
-} // namespace gnu::visibility("default")]]BundleStrConst
+} // namespace BundleStrConst
+#pragma GCC visibility pop

@@ -95,32 +95,6 @@ int kds_queueexpr(const wchar_t* expression)
     return result(status, std::to_string(status));
 }
 
-VxErrorStatus::VxErrorStatus(Kest::ErrorStatus status, const wchar_t* text, int number)
-    : errorStatus(status), errorText(new wchar_t[std::wcslen(text) + 1]), errorNumber(number)
-{
-    std::wcscpy(errorText, text);
-}
-
-VxErrorStatus::~VxErrorStatus()
-{
-    delete[] errorText;
-}
-
-Kest::ErrorStatus VxErrorStatus::status() const noexcept
-{
-    return errorStatus;
-}
-
-const wchar_t* VxErrorStatus::text() const noexcept
-{
-    return errorText;
-}
-
-int VxErrorStatus::number() const noexcept
-{
-    return errorNumber;
-}
-
 void KestCrashRecorder::record(const VxErrorStatus* error)
 {
     const std::string text =

@@ -1,7 +1,8 @@
 // A host that records every call and answers as it was told to. The test's own process supplies it to the autoloader:
 // to the core objects linked into the same program, and to the shared library when the program opens it.
 //
-// Strings and numbers (KsString, CStringArray, _wtof, ...) are the stand-alone host's and are not recorded.
+// Strings, numbers and error objects (KsString, _wtof, VxErrorStatus, ...) are the stand-alone host's and are not
+// recorded.
 #pragma once
 
 #include "host/Configuration.h"

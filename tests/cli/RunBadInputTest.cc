@@ -151,11 +151,9 @@ TEST_F(RunBadInputTest, AManifestThatIsNoReadableFileCountsAsSoundAndEmpty)
 
 TEST_F(RunBadInputTest, AManifestWithoutReadPermissionCountsAsSoundAndEmpty)
 {
-    if (::geteuid() == 0) {
-        GTEST_SKIP() << "root reads everything";
-    }
     install("Bad.bundle", manifestOf(""));
     ASSERT_EQ(::chmod(badManifest().c_str(), 0), 0);
+    runUnprivileged();
     EXPECT_EQ(expectUnreadable(), "Permission denied");
 }
 
@@ -216,11 +214,9 @@ TEST_F(RunBadInputTest, ALogOnAFullDiskIsSaidSoAndLoadingGoesOn)
 
 TEST_F(RunBadInputTest, AnOldLogThatMayNotBeWrittenIsNotTakenForThisRuns)
 {
-    if (::geteuid() == 0) {
-        GTEST_SKIP() << "root writes everything";
-    }
     write(logFile(), "2001-01-01 00:00:00\n\n---------------------------------------\n/old.krx loading failed\n");
     ASSERT_EQ(::chmod(logFile().c_str(), 0400), 0);
+    runUnprivileged();
     const json report = runJson();
     EXPECT_EQ(report["log"]["problem"], "it could not be opened: Permission denied");
     EXPECT_EQ(report["log"]["records"], json::array());
@@ -263,13 +259,11 @@ TEST_F(RunBadInputTest, AConfigurationThatAnotherProcessLocksIsWaitedForAndThenL
 
 TEST_F(RunBadInputTest, AReadOnlyConfigurationIsSaidSo)
 {
-    if (::geteuid() == 0) {
-        GTEST_SKIP() << "root writes everything";
-    }
     install("Bad.bundle", manifestOf(startupEntry("./m.cuix")));
     EXPECT_EQ(runJson()["exitStatus"], 0);
     ASSERT_EQ(::chmod(configurationFile().c_str(), 0400), 0);
     install("Other.bundle", manifestOf(startupEntry("./n.cuix"), "other"));
+    runUnprivileged();
     const json report = runJson();
     EXPECT_EQ(report["exitStatus"], 1);
     EXPECT_EQ(report["menus"]["after"], report["menus"]["before"]);

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <grp.h>
 #include <sstream>
 #include <string_view>
 #include <sys/wait.h>
@@ -41,6 +42,9 @@ std::string replaced(std::string text, const std::string& what, const std::strin
     }
     return text;
 }
+
+/// The user who owns nothing.
+constexpr uid_t kNobody = 65534;
 
 constexpr std::string_view kTimeForm = "0000-00-00 00:00:00";
 
@@ -142,6 +146,9 @@ ToolRun ToolTest::runTool(const std::vector<std::string>& arguments, const std::
             ::setrlimit(RLIMIT_FSIZE, &limit);
             ::signal(SIGXFSZ, SIG_IGN); // an error, as on a full disk
         }
+        if (isUnprivileged && (::setgroups(0, nullptr) != 0 || ::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) {
+            ::_exit(127);
+        }
         if (::chdir(root.c_str()) == 0) {
             ::execve(argumentPointers[0], argumentPointers.data(), environmentPointers.data());
         }
@@ -152,6 +159,23 @@ ToolRun ToolTest::runTool(const std::vector<std::string>& arguments, const std::
     }
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
             standardOutput.empty() ? contentOf(output) : "", contentOf(errors)};
+}
+
+void ToolTest::runUnprivileged()
+{
+    if (::geteuid() != 0) {
+        return;
+    }
+    isUnprivileged = true;
+    // A copy: that user may not be let into the folder that the library was built in.
+    fs::remove(path("tool/lib/libkestbundle.so"));
+    fs::copy_file(KEST_LIBRARY_FILE, path("tool/lib/libkestbundle.so"));
+    EXPECT_EQ(::chown(root.c_str(), kNobody, kNobody), 0);
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root)) {
+        if (entry.path() != path("tool/bin/kestbundle")) { // which may be the built one
+            EXPECT_EQ(::lchown(entry.path().c_str(), kNobody, kNobody), 0) << entry.path();
+        }
+    }
 }
 
 ToolRun ToolTest::run(std::vector<std::string> arguments, const std::string& input)

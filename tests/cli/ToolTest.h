@@ -53,6 +53,10 @@ protected:
     /// Runs the tool with `arguments`; `input` is its standard input. A run that takes a minute is ended.
     ToolRun runTool(const std::vector<std::string>& arguments, const std::string& input = "");
 
+    /// From now on the tool runs as a user who is refused what permissions refuse; gives the whole tree to that user
+    /// when this process is root's.
+    void runUnprivileged();
+
     /// `kestbundle run` with a fixed host and `arguments`; its output is normalised.
     ToolRun run(std::vector<std::string> arguments = {}, const std::string& input = "");
 
@@ -71,6 +75,8 @@ protected:
 
     /// What is written to `standardOutput` instead of being kept; empty: kept.
     std::string standardOutput;
+
+    bool isUnprivileged = false; ///< see runUnprivileged()
 
     /// No file that the next runs write can grow beyond this many bytes, as if the disk were full.
     rlim_t largestFile = RLIM_INFINITY;
