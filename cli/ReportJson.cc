@@ -36,21 +36,6 @@ Json orNull(const std::string& utf8)
     return utf8.empty() ? Json() : Json(utf8);
 }
 
-const char* stateOf(const BundleFacts& bundle)
-{
-    switch (bundle.state) {
-    case BundleFacts::State::kKept:
-        return "kept";
-    case BundleFacts::State::kUnreadable:
-        return "unreadable";
-    case BundleFacts::State::kDropped:
-        return "dropped";
-    case BundleFacts::State::kUnknown:
-        break;
-    }
-    return "unknown";
-}
-
 const char* outcomeOf(const CommandRun& run)
 {
     switch (run.outcome) {
@@ -85,7 +70,7 @@ Json bundleJson(const BundleFacts& bundle)
     }
     return {{"folder", text(bundle.folder)},
             {"manifest", text(bundle.manifest)},
-            {"state", stateOf(bundle)},
+            {"state", nameOf(bundle.state)},
             {"reasons", std::move(reasons)},
             {"manifestProblem", std::move(problem)},
             {"announced", texts(bundle.announced)},

@@ -56,21 +56,6 @@ std::string placeOf(const standalone::ManifestRead& read)
     return place;
 }
 
-std::string stateOf(const BundleFacts& bundle)
-{
-    switch (bundle.state) {
-    case BundleFacts::State::kKept:
-        return "kept";
-    case BundleFacts::State::kUnreadable:
-        return "unreadable";
-    case BundleFacts::State::kDropped:
-        return "dropped";
-    case BundleFacts::State::kUnknown:
-        break;
-    }
-    return "unknown";
-}
-
 /// What there is to say below a bundle that was kept.
 std::string activityText(const BundleFacts& bundle)
 {
@@ -99,7 +84,7 @@ std::string activityText(const BundleFacts& bundle)
 
 std::string bundleText(const BundleFacts& bundle)
 {
-    std::string text = labelled(stateOf(bundle), shown(bundle.folder));
+    std::string text = labelled(nameOf(bundle.state), shown(bundle.folder));
     switch (bundle.state) {
     case BundleFacts::State::kKept:
         return text + activityText(bundle);

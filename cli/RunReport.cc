@@ -59,4 +59,19 @@ Problems RunReport::problems() const
     return found;
 }
 
+const char* nameOf(BundleFacts::State state)
+{
+    switch (state) {
+    case BundleFacts::State::kKept:
+        return "kept";
+    case BundleFacts::State::kUnreadable:
+        return "unreadable";
+    case BundleFacts::State::kDropped:
+        return "dropped";
+    case BundleFacts::State::kUnknown:
+        break;
+    }
+    return "unknown";
+}
+
 } // namespace cli

@@ -62,6 +62,9 @@ struct BundleFacts
     bool isActive() const { return activity != BundleActivity() || !announced.empty(); }
 };
 
+/// The word for `state` in both reports; stable, since scripts read it.
+const char* nameOf(BundleFacts::State state);
+
 /// The host's list of menus; nothing when no value is stored.
 struct MenuFacts
 {
