@@ -62,6 +62,18 @@ void ReportCollector::take(const standalone::ModuleLoad& load)
     report.modules.push_back({load, bundle, command});
 }
 
+void ReportCollector::take(const standalone::ScriptLoad& load)
+{
+    const auto bundle = bundleOf(load.path);
+    count(bundle, load.loaded ? &BundleActivity::modulesLoaded : &BundleActivity::componentsFailed);
+    report.scripts.push_back({load, bundle, command});
+}
+
+void ReportCollector::take(const standalone::EngineStart& start)
+{
+    report.engineStarts.push_back({start, {}, command});
+}
+
 void ReportCollector::take(const standalone::EngineOpen& engine)
 {
     report.engines.push_back({engine, {}, command});

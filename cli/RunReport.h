@@ -126,7 +126,9 @@ struct RunReport
     std::vector<BundleFacts> bundles; ///< in the order found
     MenuFacts menus;
     std::vector<Traced<standalone::ModuleLoad>> modules;
+    std::vector<Traced<standalone::ScriptLoad>> scripts;
     std::vector<Traced<standalone::EngineOpen>> engines;
+    std::vector<Traced<standalone::EngineStart>> engineStarts;
     std::vector<Traced<standalone::MenuConversion>> menuConversions;
     std::vector<Traced<standalone::CommandRegistered>> registered; ///< only those that were not taken back
     std::vector<Traced<standalone::CommandAnnounced>> announced;
@@ -158,7 +160,9 @@ public:
 private:
     void take(const standalone::ManifestRead& read);
     void take(const standalone::ModuleLoad& load);
+    void take(const standalone::ScriptLoad& load);
     void take(const standalone::EngineOpen& engine);
+    void take(const standalone::EngineStart& start);
     void take(const standalone::ExpressionQueued& queued);
     void take(const standalone::CommandAnnounced& announced);
     void take(const standalone::CommandRegistered& registered);

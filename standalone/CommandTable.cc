@@ -37,16 +37,42 @@ std::optional<int> CommandRegistry::announcedKind(const std::wstring& name) cons
 
 bool CommandRegistry::add(std::string_view name, KestCommandFunction function, void* context)
 {
-    std::optional<std::wstring> wide = wideFromUtf8(name);
-    if (!wide || wide->empty() || function == nullptr) {
+    if (function == nullptr) {
         return false;
     }
-    const std::string module = registering.empty() ? "" : registering.back();
-    const auto [place, isNew] = registered.try_emplace(upperCase(std::move(*wide)), Command{function, context, module});
+    const auto call = [function, context] {
+        function(context);
+        return std::string();
+    };
+    return add(name, call, false);
+}
+
+bool CommandRegistry::addOfEngine(std::string_view name, KestEngineCommand function, int number)
+{
+    return add(
+        name, [function, number] { return function(number); }, true);
+}
+
+bool CommandRegistry::add(std::string_view name, std::function<std::string()> function, bool mayReplaceItsOwn)
+{
+    std::optional<std::wstring> wide = wideFromUtf8(name);
+    if (!wide || wide->empty()) {
+        return false;
+    }
+    Registration* const registration = registering.empty() ? nullptr : registering.back();
+    const std::string module = registration != nullptr ? registration->module : "";
+    const auto [place, isNew] = registered.try_emplace(upperCase(std::move(*wide)));
+    if (!isNew && !(mayReplaceItsOwn && !module.empty() && place->second.module == module)) {
+        return false;
+    }
+    place->second = {std::move(function), module};
+    if (registration != nullptr) {
+        registration->names.push_back(place->first);
+    }
     if (isNew) {
         journal.add(CommandRegistered{place->first, displayable(std::string_view(module))});
     }
-    return isNew;
+    return true;
 }
 
 bool CommandRegistry::has(const std::wstring& name) const
@@ -68,16 +94,17 @@ RunResult CommandRegistry::run(const std::wstring& name)
     }
     const Command command = found->second; // the command may change the table while it runs
     try {
-        command.function(command.context);
-        return {true, ""};
+        std::string problem = command.run();
+        return {problem.empty(), std::move(problem)};
     } catch (...) {
         return {false, "the command ended with " + describeCaughtError()};
     }
 }
 
-CommandRegistry::Registration::Registration(CommandRegistry& commands, std::string module) : registry(commands)
+CommandRegistry::Registration::Registration(CommandRegistry& commands, std::string path)
+    : registry(commands), module(std::move(path))
 {
-    registry.registering.push_back(std::move(module));
+    registry.registering.push_back(this);
 }
 
 CommandRegistry::Registration::~Registration()
@@ -85,9 +112,12 @@ CommandRegistry::Registration::~Registration()
     registry.registering.pop_back();
 }
 
-void CommandRegistry::takeBack(const std::string& module)
+void CommandRegistry::Registration::takeBack()
 {
-    std::erase_if(registered, [&](const auto& entry) { return entry.second.module == module; });
+    for (const std::wstring& name : names) {
+        registry.registered.erase(name);
+    }
+    names.clear();
 }
 
 } // namespace standalone

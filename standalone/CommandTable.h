@@ -4,6 +4,9 @@
 #include "standalone/Journal.h"
 #include "standalone/ModuleApi.h"
 
+#include "host/EngineHost.h"
+
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -37,18 +40,22 @@ public:
     /// has a function already, or `function` is null.
     bool add(std::string_view name, KestCommandFunction function, void* context);
 
+    /// Registers command `number` of an engine under `name`, UTF-8. As add(), but a component that is loaded again
+    /// replaces its own commands.
+    bool addOfEngine(std::string_view name, KestEngineCommand function, int number);
+
     /// Whether a function is registered under `name`.
     bool has(const std::wstring& name) const;
 
-    /// The narrow path of the module whose entry registered `name`; nothing when no function has it, empty when it
-    /// was registered outside an entry.
+    /// The narrow path of the component that registered `name` while it was loaded; nothing when no function has it,
+    /// empty when no component was being loaded.
     std::optional<std::string> moduleOf(const std::wstring& name) const;
 
-    /// Calls the function under `name`. An error that leaves it ends the command, not the host. The function may
-    /// register and run commands.
+    /// Calls the function under `name`. An error that leaves it, or that the engine tells of, ends the command, not
+    /// the host. The function may register and run commands.
     RunResult run(const std::wstring& name);
 
-    /// While it lives, commands are registered for `module`, a narrow path.
+    /// While it lives, commands are registered for the component `module`, a narrow path. The innermost one counts.
     class Registration
     {
     public:
@@ -57,25 +64,30 @@ public:
         Registration& operator=(const Registration&) = delete;
         ~Registration();
 
-    private:
-        CommandRegistry& registry;
-    };
+        /// Forgets every command that was registered through this.
+        void takeBack();
 
-    /// Forgets every command that `module` registered.
-    void takeBack(const std::string& module);
+    private:
+        friend class CommandRegistry;
+
+        CommandRegistry& registry;
+        std::string module;
+        std::vector<std::wstring> names;
+    };
 
 private:
     struct Command
     {
-        KestCommandFunction function;
-        void* context;
+        std::function<std::string()> run; ///< returns what went wrong
         std::string module;
     };
+
+    bool add(std::string_view name, std::function<std::string()> function, bool mayReplaceItsOwn);
 
     Journal& journal;
     std::map<std::wstring, int> announced;
     std::map<std::wstring, Command> registered;
-    std::vector<std::string> registering; ///< innermost last
+    std::vector<Registration*> registering; ///< innermost last
 };
 
 } // namespace standalone

@@ -2,6 +2,7 @@
 
 #include "standalone/CaughtError.h"
 #include "standalone/CommandTable.h"
+#include "standalone/EngineServices.h"
 #include "standalone/Host.h"
 #include "standalone/ModuleApi.h"
 #include "standalone/Utf8.h"
@@ -68,11 +69,13 @@ KsRxClass* ModuleLinker::isA() const
 
 bool ModuleLinker::loadModule(const wchar_t* path, bool /*printit*/, bool /*asCommand*/)
 {
-    const std::size_t entry = host.journal().add(ModuleLoad{path, false, "", 0});
+    const std::size_t entry = host.journal().add(ModuleLoad{path, false, "", 0, 0});
+    const LoadTimer timer(host);
     const std::string problem = load(localetext::narrow(path));
     auto& noted = std::get<ModuleLoad>(host.journal().at(entry));
     noted.loaded = problem.empty();
     noted.problem = problem;
+    noted.milliseconds = timer.milliseconds();
     if (!problem.empty()) {
         host.print(displayable(std::wstring_view(path)) + ": could not be loaded: " + problem + "\n");
     }
@@ -97,7 +100,6 @@ std::string ModuleLinker::load(const std::string& path)
             loaded.insert(module);
             return "";
         }
-        host.commands().takeBack(path);
     }
     ::dlclose(module); // gives back what this request took; a module that is loaded stays
     return problem;
@@ -112,7 +114,7 @@ std::string ModuleLinker::runEntry(const std::string& path, void* module)
         return "it does not export kestModuleEntry" +
                (text != nullptr ? ": " + displayable(std::string_view(text)) : std::string());
     }
-    const CommandRegistry::Registration registration(host.commands(), path);
+    CommandRegistry::Registration registration(host.commands(), path);
     beingLoaded.insert(module);
     std::string problem;
     try {
@@ -123,6 +125,9 @@ std::string ModuleLinker::runEntry(const std::string& path, void* module)
         problem = "its entry ended with " + describeCaughtError();
     }
     beingLoaded.erase(module);
+    if (!problem.empty()) {
+        registration.takeBack(); // before the module is closed: they hold its code
+    }
     return problem;
 }
 

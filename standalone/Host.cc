@@ -3,6 +3,7 @@
 #include "standalone/CommandTable.h"
 #include "standalone/Configuration.h"
 #include "standalone/DynamicLinker.h"
+#include "standalone/EngineServices.h"
 #include "standalone/Folders.h"
 #include "standalone/LispQueue.h"
 #include "standalone/Utf8.h"
@@ -61,7 +62,8 @@ struct Host::Services
           configuration(settings.configurationFile, journal),
           commands(journal),
           lispQueue(host),
-          moduleLinker(host)
+          moduleLinker(host),
+          engineServices(host)
     {
     }
 
@@ -73,6 +75,7 @@ struct Host::Services
     CommandRegistry commands;
     LispQueue lispQueue;
     ModuleLinker moduleLinker;
+    EngineServices engineServices;
 };
 
 Host::Host(HostSettings settings, std::function<void(const std::string&)> console)
@@ -147,6 +150,11 @@ LispQueue& Host::lispQueue() noexcept
 ModuleLinker& Host::moduleLinker() noexcept
 {
     return services->moduleLinker;
+}
+
+EngineServices& Host::engineServices() noexcept
+{
+    return services->engineServices;
 }
 
 void Host::print(const std::string& text)

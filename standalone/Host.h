@@ -11,6 +11,7 @@ namespace standalone {
 
 class CommandRegistry;
 class Configuration;
+class EngineServices;
 class LispQueue;
 class ModuleLinker;
 
@@ -64,6 +65,7 @@ public:
     CommandRegistry& commands() noexcept;
     LispQueue& lispQueue() noexcept;
     ModuleLinker& moduleLinker() noexcept;
+    EngineServices& engineServices() noexcept;
 
     /// Prints `text`, UTF-8, to the console.
     void print(const std::string& text);

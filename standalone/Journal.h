@@ -18,13 +18,30 @@ struct ManifestRead
     int column = 0;         ///< from 1; 0 when there is none
 };
 
-/// The dynamic linker was asked for the native module at `path`.
+/// The dynamic linker was asked for the native module at `path`. Milliseconds, here and below: how long that took.
 struct ModuleLoad
 {
     std::wstring path;
     bool loaded = false;
     std::string problem; ///< UTF-8; the dynamic-loading interface's own text among others
     int loadType = 0;    ///< set by setKrxLoadType; 0 when it was not called
+    double milliseconds = 0;
+};
+
+/// An engine loaded the script or managed assembly at `path`, or could not.
+struct ScriptLoad
+{
+    std::wstring path;
+    bool loaded = false;
+    std::string problem;     ///< UTF-8, one line
+    double milliseconds = 0; ///< the start of the engine apart
+};
+
+/// An engine has started, once for its life.
+struct EngineStart
+{
+    std::string description; ///< UTF-8; name and version
+    double milliseconds = 0;
 };
 
 /// The autoloader asked for the library `name` (an engine).
@@ -81,8 +98,8 @@ struct HostNotice
     std::string text; ///< UTF-8, one sentence, without a line end
 };
 
-using JournalEntry = std::variant<ManifestRead, ModuleLoad, EngineOpen, ExpressionQueued, CommandAnnounced,
-                                  CommandRegistered, MenuConversion, ConfigurationWrite, HostNotice>;
+using JournalEntry = std::variant<ManifestRead, ModuleLoad, ScriptLoad, EngineOpen, EngineStart, ExpressionQueued,
+                                  CommandAnnounced, CommandRegistered, MenuConversion, ConfigurationWrite, HostNotice>;
 
 /// The entries of one run in the order in which they happened.
 class Journal

@@ -1,7 +1,9 @@
 #include "standalone/LispQueue.h"
 
 #include "standalone/CaughtError.h"
+#include "standalone/CommandTable.h"
 #include "standalone/DynamicLinker.h"
+#include "standalone/EngineServices.h"
 #include "standalone/Host.h"
 #include "standalone/Utf8.h"
 
@@ -36,6 +38,17 @@ std::string evaluatorText(const std::wstring& expression)
 }
 
 } // namespace
+
+std::wstring pathLoadedBy(const std::wstring& expression)
+{
+    constexpr std::wstring_view kOpening = L"(LOAD \"";
+    constexpr std::wstring_view kEnd = L"\")";
+    const std::wstring_view text(expression);
+    if (!text.starts_with(kOpening) || !text.ends_with(kEnd) || text.size() < kOpening.size() + kEnd.size()) {
+        return L"";
+    }
+    return std::wstring(text.substr(kOpening.size(), text.size() - kOpening.size() - kEnd.size()));
+}
 
 LispQueue::LispQueue(Host& owner) : host(owner) {}
 
@@ -99,16 +112,27 @@ std::vector<LispQueue::Evaluation> LispQueue::evaluateQueued()
     while (!queue.empty()) {
         const std::wstring expression = std::move(queue.front());
         queue.pop_front();
-        std::string problem = results.size() < most ? evaluate(expression)
+        const LoadTimer timer(host);
+        std::string problem = results.size() < most ? evaluateFor(expression)
                                                     : "more than " + std::to_string(kMostQueuedMeanwhile) +
                                                           " expressions were queued by evaluated expressions";
         if (!problem.empty()) {
             host.print(displayable(std::wstring_view(expression)) + ": could not be evaluated: " + problem + "\n");
         }
         const bool succeeded = problem.empty();
-        results.push_back({expression, succeeded, std::move(problem)});
+        results.push_back({expression, succeeded, std::move(problem), timer.milliseconds()});
     }
     return results;
+}
+
+std::string LispQueue::evaluateFor(const std::wstring& expression) const
+{
+    CommandRegistry::Registration registration(host.commands(), localetext::narrow(pathLoadedBy(expression)));
+    std::string problem = evaluate(expression);
+    if (!problem.empty()) {
+        registration.takeBack();
+    }
+    return problem;
 }
 
 std::string LispQueue::evaluate(const std::wstring& expression) const

@@ -10,6 +10,9 @@ namespace standalone {
 
 class Host;
 
+/// The path of the file that `expression` loads, as the autoloader queues it: (LOAD "path"). Empty for any other one.
+std::wstring pathLoadedBy(const std::wstring& expression);
+
 /// Accepts expressions when a LISP evaluator can be opened. Its library is looked for at the first expression: in the
 /// engine folder, then where the system's dynamic linker searches. It stays open for the life of the process.
 ///
@@ -31,9 +34,13 @@ public:
     {
         std::wstring expression;
         bool succeeded = false;
-        std::string problem; ///< UTF-8, one line
+        std::string problem;     ///< UTF-8, one line
+        double milliseconds = 0; ///< the start of the engine apart; not compared
 
-        bool operator==(const Evaluation&) const = default;
+        bool operator==(const Evaluation& other) const
+        {
+            return expression == other.expression && succeeded == other.succeeded && problem == other.problem;
+        }
     };
 
     /// Evaluates what is queued, in order, and what these expressions queue meanwhile, up to kMostQueuedMeanwhile of
@@ -51,6 +58,7 @@ private:
 
     bool openEvaluator();
     std::string openLibrary();
+    std::string evaluateFor(const std::wstring& expression) const;
     std::string evaluate(const std::wstring& expression) const;
 
     Host& host;

@@ -137,17 +137,17 @@ TEST_F(CommandTableTest, ACommandMayRegisterAndRunCommands)
 TEST_F(CommandTableTest, CommandsOfAModuleAreTakenBackTogether)
 {
     {
-        const CommandRegistry::Registration registration(commands(), "/a.krx");
+        CommandRegistry::Registration registration(commands(), "/a.krx");
         kestRegisterCommand("one", &countUp, nullptr);
         {
             const CommandRegistry::Registration inner(commands(), "/b.krx");
             kestRegisterCommand("other", &countUp, nullptr);
         }
         kestRegisterCommand("two", &countUp, nullptr);
+        EXPECT_EQ(commands().moduleOf(L"two"), "/a.krx");
+        EXPECT_EQ(commands().moduleOf(L"other"), "/b.krx");
+        registration.takeBack();
     }
-    EXPECT_EQ(commands().moduleOf(L"two"), "/a.krx");
-    EXPECT_EQ(commands().moduleOf(L"other"), "/b.krx");
-    commands().takeBack("/a.krx");
     EXPECT_EQ(commands().moduleOf(L"one"), std::nullopt);
     EXPECT_FALSE(commands().has(L"two"));
     EXPECT_TRUE(commands().has(L"other"));
