@@ -1,0 +1,41 @@
+// What a Python library needs around it to start: its standard library, and an environment that cannot mislead it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace engines {
+
+/// Where the standard library of a Python library lies.
+struct StandardLibrary
+{
+    std::string home;    ///< the prefix above it; absolute
+    std::string problem; ///< why there is none; else empty
+};
+
+/// Looks for the standard library of `version` ("3.11.2") beside the library at the real path `libraryFile`: another
+/// Python that comes first on PATH is none of its business.
+StandardLibrary findStandardLibrary(const std::string& libraryFile, const std::string& version);
+
+/// While it lives, the process's environment makes Python start the same way everywhere: with this home, its texts and
+/// file names in UTF-8 whatever the locale is, and undisturbed by folders of the user's own.
+class StartEnvironment
+{
+public:
+    explicit StartEnvironment(const std::string& home);
+    StartEnvironment(const StartEnvironment&) = delete;
+    StartEnvironment& operator=(const StartEnvironment&) = delete;
+    ~StartEnvironment();
+
+    /// The variables that differ, as they were: NAME=VALUE, or NAME when it was not set, each ended by a zero byte.
+    std::string changes() const;
+
+private:
+    void set(const char* name, const char* value);
+
+    std::vector<std::pair<std::string, std::optional<std::string>>> before;
+};
+
+} // namespace engines
