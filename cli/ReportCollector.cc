@@ -1,6 +1,7 @@
 // From the host's journal to the facts of a report.
-#include "cli/ManifestWords.h"
+#include "cli/ManifestComponents.h"
 #include "cli/MenuDifference.h"
+#include "cli/MissingEngine.h"
 #include "cli/RunReport.h"
 
 #include "host/LocaleText.h"
@@ -8,11 +9,19 @@
 #include "standalone/Host.h"
 
 #include <algorithm>
+#include <cmath>
 #include <set>
 
 namespace cli {
 
 namespace {
+
+/// A time as it was measured. An engine that tells a wrong time of its start spoils that, and the one of the load that
+/// it was part of: those are 0.
+double soundTime(double milliseconds)
+{
+    return std::isfinite(milliseconds) && milliseconds > 0 ? milliseconds : 0;
+}
 
 std::wstring folderOfManifest(const std::wstring& manifest)
 {
@@ -40,6 +49,7 @@ void ReportCollector::collect(std::optional<std::size_t> during,
             facts.evaluated = true;
             facts.succeeded = next->succeeded;
             facts.problem = next->problem;
+            facts.milliseconds = soundTime(next->milliseconds);
             ++next;
         }
     }
@@ -59,24 +69,31 @@ void ReportCollector::take(const standalone::ModuleLoad& load)
 {
     const auto bundle = bundleOf(load.path);
     count(bundle, load.loaded ? &BundleActivity::modulesLoaded : &BundleActivity::componentsFailed);
-    report.modules.push_back({load, bundle, command});
+    report.modules.push_back(traced(load, bundle));
+    report.modules.back().entry.milliseconds = soundTime(load.milliseconds);
 }
 
 void ReportCollector::take(const standalone::ScriptLoad& load)
 {
     const auto bundle = bundleOf(load.path);
-    count(bundle, load.loaded ? &BundleActivity::modulesLoaded : &BundleActivity::componentsFailed);
-    report.scripts.push_back({load, bundle, command});
+    count(bundle, load.loaded ? &BundleActivity::scriptsLoaded : &BundleActivity::componentsFailed);
+    ScriptFacts facts{load.path, load.loaded, load.problem, soundTime(load.milliseconds)};
+    if (!load.loaded && load.problem.empty()) {
+        facts.problem = "the engine has not said what became of it";
+        facts.milliseconds.reset();
+    }
+    report.scripts.push_back(traced(std::move(facts), bundle));
 }
 
 void ReportCollector::take(const standalone::EngineStart& start)
 {
-    report.engineStarts.push_back({start, {}, command});
+    report.engineStarts.push_back(traced(standalone::EngineStart{start.description, soundTime(start.milliseconds)}));
 }
 
 void ReportCollector::take(const standalone::EngineOpen& engine)
 {
-    report.engines.push_back({engine, {}, command});
+    report.engines.push_back(traced(engine));
+    report.engines.back().entry.problem = withRemedy(engine.problem);
 }
 
 void ReportCollector::take(const standalone::ExpressionQueued& queued)
@@ -89,12 +106,13 @@ void ReportCollector::take(const standalone::ExpressionQueued& queued)
     if (queued.accepted) {
         count(bundle, &BundleActivity::expressionsQueued);
     }
-    report.expressions.push_back({{queued, false, false, ""}, bundle, command});
+    report.expressions.push_back(traced(ExpressionFacts{queued, false, false, "", 0}, bundle));
+    report.expressions.back().entry.queued.problem = withRemedy(queued.problem);
 }
 
 void ReportCollector::take(const standalone::CommandAnnounced& announced)
 {
-    report.announced.push_back({announced, {}, command});
+    report.announced.push_back(traced(announced));
 }
 
 void ReportCollector::take(const standalone::CommandRegistered& registered)
@@ -104,7 +122,7 @@ void ReportCollector::take(const standalone::CommandRegistered& registered)
     }
     const auto bundle = bundleOf(localetext::widen(registered.module));
     count(bundle, &BundleActivity::commandsRegistered);
-    report.registered.push_back({registered, bundle, command});
+    report.registered.push_back(traced(registered, bundle));
 }
 
 void ReportCollector::take(const standalone::MenuConversion& conversion)
@@ -113,7 +131,7 @@ void ReportCollector::take(const standalone::MenuConversion& conversion)
     if (conversion.converted.empty()) {
         count(bundle, &BundleActivity::componentsFailed);
     }
-    report.menuConversions.push_back({conversion, bundle, command});
+    report.menuConversions.push_back(traced(conversion, bundle));
 }
 
 void ReportCollector::take(const standalone::ConfigurationWrite& write)
@@ -146,9 +164,12 @@ void ReportCollector::count(std::optional<std::size_t> bundle, std::size_t Bundl
 
 void ReportCollector::countFromLog()
 {
-    std::set<std::string> counted; // native modules stand in the journal
+    std::set<std::string> counted; // from the journal
     for (const auto& module : report.modules) {
         counted.insert(pathInErrorLog(module.entry.path));
+    }
+    for (const auto& script : report.scripts) {
+        counted.insert(pathInErrorLog(script.entry.path));
     }
     for (const std::string& path : report.failedComponents()) {
         if (!counted.contains(path)) {
@@ -211,15 +232,17 @@ void ReportCollector::attributeAnnouncements()
         if (bundle.state != BundleFacts::State::kKept && bundle.state != BundleFacts::State::kUnknown) {
             continue;
         }
-        const ManifestWords words = readManifestWords(bundle.manifest);
-        bundle.hasSilentComponents = words.hasSilentComponents;
+        bundle.components = readManifestComponents(bundle.manifest);
         std::set<std::wstring_view> seen;
-        for (const std::wstring& name : words.commands) {
-            const auto owner = ownerByName.find(name);
-            if (owner != ownerByName.end() && seen.insert(name).second) {
-                owner->second = owner->second.value_or(index); // of several that declare it, the first one's is loaded
-                bundle.announced.push_back(name);
-                bundle.state = BundleFacts::State::kKept;
+        for (const ManifestComponent& component : bundle.components) {
+            for (const std::wstring& name : component.commands) {
+                const auto owner = ownerByName.find(name);
+                if (owner != ownerByName.end() && seen.insert(name).second) {
+                    // Of several that declare it, the first one's is loaded.
+                    owner->second = owner->second.value_or(index);
+                    bundle.announced.push_back(name);
+                    bundle.state = BundleFacts::State::kKept;
+                }
             }
         }
     }

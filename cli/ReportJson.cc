@@ -3,6 +3,7 @@
 #include "cli/MenuDifference.h"
 #include "cli/Shown.h"
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 namespace cli {
@@ -34,6 +35,12 @@ Json texts(const std::vector<std::wstring>& wide)
 Json orNull(const std::string& utf8)
 {
     return utf8.empty() ? Json() : Json(utf8);
+}
+
+/// Milliseconds to the microsecond; more would be noise.
+Json rounded(double milliseconds)
+{
+    return std::round(milliseconds * 1000) / 1000;
 }
 
 const char* outcomeOf(const CommandRun& run)
@@ -76,12 +83,13 @@ Json bundleJson(const BundleFacts& bundle)
             {"announced", texts(bundle.announced)},
             {"activity",
              {{"modulesLoaded", bundle.activity.modulesLoaded},
+              {"scriptsLoaded", bundle.activity.scriptsLoaded},
               {"componentsFailed", bundle.activity.componentsFailed},
               {"expressionsQueued", bundle.activity.expressionsQueued},
               {"commandsRegistered", bundle.activity.commandsRegistered},
               {"menus", bundle.activity.menus}}},
             {"active", bundle.isActive()},
-            {"hasSilentComponents", bundle.hasSilentComponents}};
+            {"hasSilentComponents", bundle.hasPassedOverScripts()}};
 }
 
 Json menusJson(const MenuFacts& menus)
@@ -123,7 +131,21 @@ Json moduleJson(const standalone::ModuleLoad& load)
     return {{"path", text(load.path)},
             {"loaded", load.loaded},
             {"problem", orNull(load.problem)},
-            {"loadType", load.loadType}};
+            {"loadType", load.loadType},
+            {"milliseconds", rounded(load.milliseconds)}};
+}
+
+Json scriptJson(const ScriptFacts& script)
+{
+    return {{"path", text(script.path)},
+            {"loaded", script.loaded},
+            {"problem", orNull(script.problem)},
+            {"milliseconds", script.milliseconds ? rounded(*script.milliseconds) : Json()}};
+}
+
+Json engineStartJson(const standalone::EngineStart& start)
+{
+    return {{"description", start.description}, {"milliseconds", rounded(start.milliseconds)}};
 }
 
 Json engineJson(const standalone::EngineOpen& engine)
@@ -155,7 +177,8 @@ Json expressionJson(const ExpressionFacts& facts)
             {"accepted", facts.queued.accepted},
             {"evaluated", facts.evaluated},
             {"succeeded", facts.succeeded},
-            {"problem", orNull(facts.queued.accepted ? facts.problem : facts.queued.problem)}};
+            {"problem", orNull(facts.queued.accepted ? facts.problem : facts.queued.problem)},
+            {"milliseconds", facts.evaluated ? rounded(facts.milliseconds) : Json()}};
 }
 
 Json writesJson(const std::vector<standalone::ConfigurationWrite>& writes)
@@ -224,7 +247,9 @@ std::string reportJson(const RunReport& report, int exitStatus)
     document["menuConversions"] = tracedJson(report, report.menuConversions, conversionJson);
     document["configurationWrites"] = writesJson(report.configurationWrites);
     document["modules"] = tracedJson(report, report.modules, moduleJson);
+    document["scripts"] = tracedJson(report, report.scripts, scriptJson);
     document["engines"] = tracedJson(report, report.engines, engineJson);
+    document["engineStarts"] = tracedJson(report, report.engineStarts, engineStartJson);
     document["expressions"] = tracedJson(report, report.expressions, expressionJson);
     document["registeredCommands"] = tracedJson(report, report.registered, registeredJson);
     document["announcedCommands"] = tracedJson(report, report.announced, announcedJson);

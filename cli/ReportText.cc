@@ -1,47 +1,13 @@
 #include "cli/ReportText.h"
 
 #include "cli/MenuDifference.h"
+#include "cli/ReportComponents.h"
+#include "cli/ReportLines.h"
 #include "cli/Shown.h"
-#include "standalone/Utf8.h"
 
 namespace cli {
 
 namespace {
-
-using standalone::displayable;
-
-std::string shown(std::wstring_view text)
-{
-    return displayable(text);
-}
-
-std::string shown(const std::string& bytesOfLocale)
-{
-    return displayable(std::string_view(bytesOfLocale));
-}
-
-std::string quoted(const std::string& text)
-{
-    return "\"" + text + "\"";
-}
-
-/// `text` behind `label`, which is padded so that the texts stand in one column.
-std::string labelled(const std::string& label, const std::string& text)
-{
-    constexpr std::size_t kColumn = 11;
-    return "  " + label + std::string(label.size() < kColumn ? kColumn - label.size() : 1, ' ') + text + "\n";
-}
-
-/// A further line below a labelled one.
-std::string below(const std::string& text)
-{
-    return labelled("", text);
-}
-
-std::string counted(std::size_t count, const std::string& one, const std::string& many)
-{
-    return std::to_string(count) + " " + (count == 1 ? one : many);
-}
 
 std::string placeOf(const standalone::ManifestRead& read)
 {
@@ -67,16 +33,20 @@ std::string activityText(const BundleFacts& bundle)
         }
     };
     addCount(bundle.activity.modulesLoaded, "module loaded", "modules loaded");
+    addCount(bundle.activity.scriptsLoaded, "script or assembly loaded", "scripts or assemblies loaded");
     addCount(bundle.activity.expressionsQueued, "expression queued", "expressions queued");
     addCount(bundle.activity.menus, "menu", "menus");
     addCount(bundle.activity.commandsRegistered, "command registered", "commands registered");
     addCount(bundle.announced.size(), "command announced", "commands announced");
     addCount(bundle.activity.componentsFailed, "component failed", "components failed");
-    if (!parts.empty()) {
-        return below(parts);
+    std::string text = parts.empty() ? "" : below(parts);
+    for (const ManifestComponent& component : bundle.components) {
+        if (component.isPassedOver()) {
+            text += below("its Python script " + shown(component.path) + " names no PythonVersion, so it is skipped");
+        }
     }
-    if (bundle.hasSilentComponents) {
-        return below("no component of it has failed; scripts and managed assemblies that load are not told of");
+    if (!text.empty()) {
+        return text;
     }
     return below("nothing of it has loaded: its dependencies may be missing or in a cycle, its UpgradeCode may be "
                  "another bundle's too, or it has no start-up components");
@@ -149,45 +119,6 @@ std::string menusText(const RunReport& report)
     return text;
 }
 
-/// The modules and engines of the start, or of the command `command`.
-std::string modulesText(const RunReport& report, std::optional<std::size_t> command)
-{
-    std::string text;
-    for (const auto& module : report.modules) {
-        if (module.command == command) {
-            text += labelled(module.entry.loaded ? "loaded" : "failed", shown(module.entry.path));
-            text += module.entry.loaded ? "" : below(shownLine(module.entry.problem));
-        }
-    }
-    for (const auto& engine : report.engines) {
-        if (engine.command == command) {
-            text += labelled(engine.entry.opened ? "opened" : "failed", "engine " + shown(engine.entry.name));
-            text += engine.entry.opened ? "" : below(shownLine(engine.entry.problem));
-        }
-    }
-    return text;
-}
-
-/// The expressions of the start, or of the command `command`.
-std::string expressionsText(const RunReport& report, std::optional<std::size_t> command)
-{
-    std::string text;
-    for (const auto& one : report.expressions) {
-        if (one.command != command) {
-            continue;
-        }
-        const ExpressionFacts& facts = one.entry;
-        const char* state = !facts.queued.accepted ? "refused"
-                            : !facts.evaluated     ? "waiting"
-                            : facts.succeeded      ? "evaluated"
-                                                   : "failed";
-        text += labelled(state, shown(facts.queued.expression));
-        const std::string& problem = facts.queued.accepted ? facts.problem : facts.queued.problem;
-        text += problem.empty() ? "" : below(shownLine(problem));
-    }
-    return text;
-}
-
 std::string commandsText(const RunReport& report)
 {
     std::string text;
@@ -245,7 +176,7 @@ std::string startText(const RunReport& report)
     if (!report.failure.empty()) {
         text += "\nThe start was cut short: " + shownLine(report.failure) + "\n";
     }
-    return text + bundlesText(report) + menusText(report) + section("Modules", modulesText(report, {})) +
+    return text + bundlesText(report) + menusText(report) + section("Components", componentsText(report, {})) +
            section("LISP expressions", expressionsText(report, {})) + section("Commands", commandsText(report));
 }
 
@@ -257,7 +188,7 @@ std::string commandHeading(const std::wstring& name)
 std::string commandText(const RunReport& report, std::size_t index)
 {
     const CommandRun& run = report.commandRuns[index];
-    std::string text = modulesText(report, index) + expressionsText(report, index);
+    std::string text = componentsText(report, index) + expressionsText(report, index);
     switch (run.outcome) {
     case CommandRun::Outcome::kDone:
         return text + "  done\n";

@@ -1,6 +1,7 @@
 #include "cli/RunReport.h"
 
 #include <algorithm>
+#include <functional>
 #include <set>
 
 namespace cli {
@@ -14,6 +15,11 @@ std::vector<std::string> RunReport::failedComponents() const
         }
     }
     return paths;
+}
+
+bool BundleFacts::hasPassedOverScripts() const
+{
+    return std::any_of(components.begin(), components.end(), std::mem_fn(&ManifestComponent::isPassedOver));
 }
 
 bool Problems::any() const
@@ -36,14 +42,18 @@ Problems RunReport::problems() const
     found.droppedBundles = count(bundles, hasState(BundleFacts::State::kDropped));
     found.unreadableManifests = count(bundles, hasState(BundleFacts::State::kUnreadable));
 
-    // A module that fails while starting stands in the journal and, percent signs apart, in the log.
+    // What fails while starting may stand in the journal and, percent signs apart, in the log.
     const std::vector<std::string> logged = failedComponents();
     std::set<std::string> components(logged.begin(), logged.end());
-    for (const auto& module : modules) {
-        if (!module.entry.loaded) {
-            components.insert(pathInErrorLog(module.entry.path));
+    const auto addFailed = [&components](const auto& all) {
+        for (const auto& one : all) {
+            if (!one.entry.loaded) {
+                components.insert(pathInErrorLog(one.entry.path));
+            }
         }
-    }
+    };
+    addFailed(modules);
+    addFailed(scripts);
     found.failedComponents = components.size();
     found.failedExpressions = count(expressions, [](const Traced<ExpressionFacts>& one) {
         // One that was refused while starting is a failed component.

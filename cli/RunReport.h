@@ -3,12 +3,14 @@
 #pragma once
 
 #include "cli/ErrorLog.h"
+#include "cli/ManifestComponents.h"
 #include "standalone/Journal.h"
 #include "standalone/LispQueue.h"
 
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace standalone {
@@ -18,19 +20,22 @@ class Host;
 namespace cli {
 
 /// A journal entry, the bundle that it belongs to by its path (an index into RunReport::bundles), and the command
-/// during which it happened (an index into RunReport::commandRuns; none while starting).
+/// during which it happened (an index into RunReport::commandRuns; none while starting). `order` grows in the order in
+/// which entries of all kinds came about.
 template <typename Entry>
 struct Traced
 {
     Entry entry;
     std::optional<std::size_t> bundle;
     std::optional<std::size_t> command;
+    std::size_t order = 0;
 };
 
 /// What a bundle has brought, as far as its path tells whose something is.
 struct BundleActivity
 {
     std::size_t modulesLoaded = 0;
+    std::size_t scriptsLoaded = 0; ///< scripts and managed assemblies
     std::size_t componentsFailed = 0;
     std::size_t expressionsQueued = 0;
     std::size_t commandsRegistered = 0;
@@ -53,13 +58,14 @@ struct BundleFacts
     std::wstring folder;
     std::wstring manifest;
     State state = State::kKept;
-    std::vector<std::string> reasons;    ///< the log's messages about its manifest, as in ErrorLogRecord
-    standalone::ManifestRead read;       ///< what the reader said about the manifest
-    std::vector<std::wstring> announced; ///< commands that its manifest declares and that were announced
-    bool hasSilentComponents = false;    ///< see ManifestWords
+    std::vector<std::string> reasons;          ///< the log's messages about its manifest, as in ErrorLogRecord
+    standalone::ManifestRead read;             ///< what the reader said about the manifest
+    std::vector<std::wstring> announced;       ///< commands that its manifest declares and that were announced
+    std::vector<ManifestComponent> components; ///< that its manifest names; empty unless it is kept or unknown
     BundleActivity activity;
 
     bool isActive() const { return activity != BundleActivity() || !announced.empty(); }
+    bool hasPassedOverScripts() const; ///< see ManifestComponent::isPassedOver()
 };
 
 /// The word for `state` in both reports; stable, since scripts read it.
@@ -72,13 +78,23 @@ struct MenuFacts
     std::optional<std::wstring> after;
 };
 
+/// A script or managed assembly that was to be loaded.
+struct ScriptFacts
+{
+    std::wstring path;
+    bool loaded = false;
+    std::string problem;                ///< UTF-8, one line
+    std::optional<double> milliseconds; ///< none when no engine told the end of the load
+};
+
 /// An expression that was queued, and what became of it.
 struct ExpressionFacts
 {
     standalone::ExpressionQueued queued;
     bool evaluated = false;
     bool succeeded = false;
-    std::string problem; ///< of the evaluation
+    std::string problem;     ///< of the evaluation
+    double milliseconds = 0; ///< of the evaluation, the start of its engine apart
 };
 
 /// A command that was asked for.
@@ -126,7 +142,7 @@ struct RunReport
     std::vector<BundleFacts> bundles; ///< in the order found
     MenuFacts menus;
     std::vector<Traced<standalone::ModuleLoad>> modules;
-    std::vector<Traced<standalone::ScriptLoad>> scripts;
+    std::vector<Traced<ScriptFacts>> scripts; ///< those that no engine saw come last, of the start and of each command
     std::vector<Traced<standalone::EngineOpen>> engines;
     std::vector<Traced<standalone::EngineStart>> engineStarts;
     std::vector<Traced<standalone::MenuConversion>> menuConversions;
@@ -169,6 +185,13 @@ private:
     void take(const standalone::MenuConversion& conversion);
     void take(const standalone::ConfigurationWrite& write);
     void take(const standalone::HostNotice& notice);
+
+    /// `entry` with where it belongs.
+    template <typename Entry>
+    Traced<Entry> traced(Entry entry, std::optional<std::size_t> bundle = {}) const
+    {
+        return {std::move(entry), bundle, command, position};
+    }
 
     std::optional<std::size_t> bundleOf(std::wstring_view path);
     void count(std::optional<std::size_t> bundle, std::size_t BundleActivity::*what);

@@ -1,5 +1,7 @@
 #include "cli/RunSession.h"
 
+#include "cli/UntoldFailures.h"
+
 #include "host/Configuration.h"
 #include "standalone/CaughtError.h"
 #include "standalone/CommandTable.h"
@@ -55,6 +57,7 @@ void RunSession::start()
     collector.collect({}, evaluations);
     facts.log = readErrorLog(standalone::userConfigurationFolder() + "/BundleErrorLog.txt");
     collector.judgeBundles();
+    addUntoldFailures(facts);
 }
 
 bool RunSession::bringMenusInStep()
@@ -112,10 +115,16 @@ void RunSession::request(const std::wstring& name, CommandRun& run)
 
 std::string RunSession::reasonForUnknown(std::size_t index, const CommandRun& run)
 {
+    if (run.wasRequested) {
+        addUntoldFailure(facts, run.name, index);
+        if (std::string problem = loadingProblemOf(facts, run.name, index); !problem.empty()) {
+            return problem;
+        }
+    }
     const auto happened = [&](const auto& all) {
         return std::any_of(all.begin(), all.end(), [&](const auto& one) { return one.command == index; });
     };
-    if (happened(facts.modules) || happened(facts.expressions) || happened(facts.engines)) {
+    if (happened(facts.modules) || happened(facts.scripts) || happened(facts.expressions) || happened(facts.engines)) {
         return "what was loaded for it has not registered a command of this name";
     }
     if (host.commands().announcedKind(run.name)) {

@@ -290,8 +290,8 @@ Menus: none
   not stored CUIX/LoadedCuix
              disk I/O error; make room on its disk, or mend the disk, and try again
 
-Modules
-  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Sound.bundle/g.krx
+Components
+  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Sound.bundle/g.krx, N ms
 
 LISP expressions: none
 

@@ -38,7 +38,7 @@ Bundles: none found
 
 Menus: none
 
-Modules: none
+Components: none
 
 LISP expressions: none
 

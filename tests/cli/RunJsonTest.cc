@@ -39,7 +39,9 @@ TEST_F(RunJsonTest, AnEmptyHomeIsReportedInFull)
         "menuConversions": [],
         "configurationWrites": [],
         "modules": [],
+        "scripts": [],
         "engines": [],
+        "engineStarts": [],
         "expressions": [],
         "registeredCommands": [],
         "announcedCommands": [],
@@ -53,17 +55,21 @@ TEST_F(RunJsonTest, AnEmptyHomeIsReportedInFull)
 TEST_F(RunJsonTest, EveryKindOfFactIsReportedInFull)
 {
     installEvaluator();
+    installPythonStandIn();
     const std::string bundle = install(
         "All.bundle",
         manifestOf("<Components><ComponentEntry ModuleName=\"./g.krx\"/><ComponentEntry ModuleName=\"./m.cuix\"/>"
                    "<ComponentEntry ModuleName=\"./a.lsp\"/><ComponentEntry ModuleName=\"./n.dll\"/></Components>" +
-                   onDemandEntry("./late.krx", {"late"})));
+                   scriptEntry("./hello.py", "standin") + scriptEntry("./skipped.py", "") +
+                   onDemandEntry("./late.krx", {"late"}) + onDemandEntry("./broken.py", {"faulty"}, "standin")));
     installModule("greeter", bundle, "g.krx");
     installModule("late", bundle, "late.krx");
     install("Wrong.bundle", manifestOf("<RuntimeRequirements OS=\"Plan9\" Architecture=\"test\"/>"));
     install("Broken.bundle", "<a>\n <b>\n</a>\n");
     install("Menu.bundle", manifestOf(startupEntry("./missing.mnu"), "M"));
-    EXPECT_EQ(runJson({"--command", "late", "--command", "colour"}), golden("every-kind-of-fact.json"));
+    EXPECT_EQ(runJson({"--command", "late", "--command", "colour", "--command", "faulty"}),
+              golden("every-kind-of-fact.json"));
+    EXPECT_GT(unmasked["modules"][0]["milliseconds"], 0);
 }
 
 TEST_F(RunJsonTest, WhatIsNoCharacterIsReplacedAndNothingIsEscapedTwice)

@@ -17,7 +17,7 @@ Bundles: 1 found, 0 kept, 1 dropped
 
 Menus: none
 
-Modules: none
+Components: none
 
 LISP expressions: none
 
@@ -42,7 +42,7 @@ TEST_F(RunLocaleTest, TheLocalesOwnEncodingIsHonoured)
         EXPECT_NE(done.output.find("\n" + line + "\n"), std::string::npos) << line << "\n" << done;
     };
     expectLine("  kept       /T/home/.config/ORRELIN/ApplicationPlugins/R\xF6hre.bundle");
-    expectLine("  failed     /T/home/.config/ORRELIN/ApplicationPlugins/R\xF6hre.bundle/\\u{9F7F}.krx");
+    expectLine("  failed     /T/home/.config/ORRELIN/ApplicationPlugins/R\xF6hre.bundle/\\u{9F7F}.krx, N ms");
 }
 
 TEST_F(RunLocaleTest, OtherLanguagesAreShownInAnyLocale)
@@ -57,7 +57,7 @@ Bundles: 1 found, 1 kept, 0 dropped
 
 Menus: none
 
-Modules: none
+Components: none
 
 LISP expressions: none
 

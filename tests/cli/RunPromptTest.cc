@@ -20,8 +20,8 @@ Bundles: 1 found, 1 kept, 0 dropped
 
 Menus: none
 
-Modules
-  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Greeter.bundle/g.krx
+Components
+  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Greeter.bundle/g.krx, N ms
 
 LISP expressions: none
 
@@ -66,8 +66,8 @@ Bundles: 1 found, 1 kept, 0 dropped
 
 Menus: none
 
-Modules
-  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Greeter.bundle/g.krx
+Components
+  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Greeter.bundle/g.krx, N ms
 
 LISP expressions: none
 

@@ -16,7 +16,7 @@ Bundles: none found
 
 Menus: none
 
-Modules: none
+Components: none
 
 LISP expressions: none
 
@@ -62,7 +62,7 @@ Bundles: 8 found, 6 kept, 2 dropped
   kept       /T/home/.config/ORRELIN/ApplicationPlugins/Late.bundle
              2 commands announced
   kept       /T/home/.config/ORRELIN/ApplicationPlugins/Script.bundle
-             no component of it has failed; scripts and managed assemblies that load are not told of
+             its Python script /T/home/.config/ORRELIN/ApplicationPlugins/Script.bundle/s.py names no PythonVersion, so it is skipped
   kept       /T/home/.config/ORRELIN/ApplicationPlugins/Thrower.bundle
              1 component failed
   unreadable /T/home/.config/ORRELIN/ApplicationPlugins/Unread.bundle
@@ -74,9 +74,9 @@ Bundles: 8 found, 6 kept, 2 dropped
 
 Menus: none
 
-Modules
-  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Greeter.bundle/g.krx
-  failed     /T/home/.config/ORRELIN/ApplicationPlugins/Thrower.bundle/t.krx
+Components
+  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Greeter.bundle/g.krx, N ms
+  failed     /T/home/.config/ORRELIN/ApplicationPlugins/Thrower.bundle/t.krx, N ms
              its entry ended with an exception: no licence
 
 LISP expressions: none
@@ -100,11 +100,11 @@ Command "Hello"
 
 Command "late"
   | late, but here
-  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Late.bundle/late.krx
+  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Late.bundle/late.krx, N ms
   done
 
 Command "later"
-  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Late.bundle/late.krx
+  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Late.bundle/late.krx, N ms
   unknown: what was loaded for it has not registered a command of this name
 
 Command "nonsense"
@@ -142,7 +142,7 @@ Menus: 0 before, 3 after
   + /T/home/.config/ORRELIN/ApplicationPlugins/First.bundle/first.cuix
   + /T/home/.config/ORRELIN/ApplicationPlugins/Second.bundle/second.cuix
 
-Modules: none
+Components: none
 
 LISP expressions: none
 
@@ -170,7 +170,7 @@ Menus: 3 before, 2 after
   failed     /T/home/.config/ORRELIN/ApplicationPlugins/Third.bundle/gone.mnu
              the file cannot be opened: No such file or directory
 
-Modules: none
+Components: none
 
 LISP expressions: none
 
@@ -201,11 +201,11 @@ Bundles: 1 found, 1 kept, 0 dropped
 
 Menus: none
 
-Modules: none
+Components: none
 
 LISP expressions
-  evaluated  (LOAD "/T/home/.config/ORRELIN/ApplicationPlugins/Lisp.bundle/good.lsp")
-  failed     (LOAD "/T/home/.config/ORRELIN/ApplicationPlugins/Lisp.bundle/broken.lsp")
+  evaluated  (LOAD "/T/home/.config/ORRELIN/ApplicationPlugins/Lisp.bundle/good.lsp"), N ms
+  failed     (LOAD "/T/home/.config/ORRELIN/ApplicationPlugins/Lisp.bundle/broken.lsp"), N ms
              the file is broken
 
 Commands: none
@@ -228,11 +228,11 @@ Bundles: 1 found, 1 kept, 0 dropped
 
 Menus: none
 
-Modules: none
+Components: none
 
 LISP expressions
   refused    (LOAD "/T/home/.config/ORRELIN/ApplicationPlugins/Lisp.bundle/good.lsp")
-             no LISP evaluator is installed beside the tool: libKestLispEvaluator.so: cannot open shared object file: No such file or directory
+             no LISP evaluator is installed beside the tool: libKestLispEvaluator.so: cannot open shared object file: No such file or directory; this installation of kestbundle lacks its engine for LISP files
 
 Commands: none
 
@@ -259,8 +259,8 @@ Bundles: 1 found, 1 kept, 0 dropped
 
 Menus: none
 
-Modules
-  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Greeter.bundle/g.krx
+Components
+  loaded     /T/home/.config/ORRELIN/ApplicationPlugins/Greeter.bundle/g.krx, N ms
 
 LISP expressions: none
 

@@ -50,6 +50,13 @@ protected:
     /// Puts an evaluator for LISP beside the tool.
     void installEvaluator() const;
 
+    /// Puts an engine for Python scripts beside the tool that only pretends to run them, and a Python library of its
+    /// own; scripts ask for it with the PythonVersion "standin". See modules/pythonengine.cc.
+    void installPythonStandIn() const;
+
+    /// Puts every engine that was built beside the tool.
+    void installEngines() const;
+
     /// Runs the tool with `arguments`; `input` is its standard input. A run that takes a minute is ended.
     ToolRun runTool(const std::vector<std::string>& arguments, const std::string& input = "");
 
@@ -61,13 +68,16 @@ protected:
     ToolRun run(std::vector<std::string> arguments = {}, const std::string& input = "");
 
     /// The same with "--json", parsed; checks the exit status against the one in the document and that standard error
-    /// is empty.
+    /// is empty. Times are 0, after a look that they can be times.
     nlohmann::json runJson(std::vector<std::string> arguments = {}, const std::string& input = "");
+
+    /// What the last runJson() returned, times included.
+    nlohmann::json unmasked;
 
     /// The next runs have a locale with the encoding ISO-8859-1.
     void useLatin1();
 
-    /// `text` with the tree's root as "/T" and each time of day as "TIME".
+    /// `text` with the tree's root as "/T", each time of day as "TIME" and each "3.2 ms" as "N ms".
     std::string normalised(std::string text) const;
 
     /// Environment of the next runs: "NAME=VALUE". HOME and LC_ALL=C.UTF-8 to begin with.
@@ -96,5 +106,9 @@ std::string manifestOf(const std::string& content, const std::string& upgradeCod
 /// A component that is loaded at start-up.
 std::string startupEntry(const std::string& module);
 
+/// A script that is loaded at start-up.
+std::string scriptEntry(const std::string& script, const std::string& pythonVersion);
+
 /// A component that is loaded when one of `commands` is used.
-std::string onDemandEntry(const std::string& module, const std::vector<std::string>& commands);
+std::string onDemandEntry(const std::string& module, const std::vector<std::string>& commands,
+                          const std::string& pythonVersion = "");
