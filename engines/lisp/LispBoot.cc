@@ -1,13 +1,12 @@
 #include "engines/lisp/LispBoot.h"
 
+#include "engines/EnvironmentVariable.h"
 #include "engines/lisp/HostFunctions.h"
 #include "engines/lisp/LispText.h"
 #include "engines/lisp/StackGuard.h"
 
 #include <csignal>
-#include <cstdlib>
 #include <gc/gc.h>
-#include <optional>
 #include <sys/resource.h>
 
 namespace engines {
@@ -16,33 +15,6 @@ extern const unsigned char kLispWorld[];
 extern const std::size_t kLispWorldSize;
 
 namespace {
-
-/// An environment variable that has another value while this lives.
-class BootVariable
-{
-public:
-    BootVariable(const char* variable, const char* value) : name(variable)
-    {
-        if (const char* found = std::getenv(name)) {
-            before = found;
-        }
-        ::setenv(name, value, 1);
-    }
-    BootVariable(const BootVariable&) = delete;
-    BootVariable& operator=(const BootVariable&) = delete;
-    ~BootVariable()
-    {
-        if (before) {
-            ::setenv(name, before->c_str(), 1);
-        } else {
-            ::unsetenv(name);
-        }
-    }
-
-private:
-    const char* name;
-    std::optional<std::string> before;
-};
 
 constexpr std::size_t kMebi = 1024 * 1024;
 
@@ -102,7 +74,7 @@ bool bootLisp()
 {
     chooseOptions();
     {
-        const BootVariable oneMarker("GC_MARKERS", "1"); // no threads of the collector
+        const EnvironmentVariable oneMarker("GC_MARKERS", "1"); // no threads of the collector
         static char name[] = "kest";
         static char* arguments[] = {name, nullptr};
         cl_boot(1, arguments);

@@ -1,7 +1,5 @@
 #include "engines/python/StartEnvironment.h"
 
-#include <array>
-#include <cstdlib>
 #include <unistd.h>
 
 namespace engines {
@@ -27,41 +25,13 @@ StandardLibrary findStandardLibrary(const std::string& libraryFile, const std::s
                     "; install the Debian package lib" + name + "-stdlib"};
 }
 
-StartEnvironment::StartEnvironment(const std::string& home)
-{
-    set("PYTHONHOME", home.c_str());
-    set("PYTHONUTF8", "1");
-    set("PYTHONCOERCECLOCALE", "0");
-    set("PYTHONPATH", nullptr); // it goes into the search path after the start
-}
-
-StartEnvironment::~StartEnvironment()
-{
-    for (const auto& [name, value] : before) {
-        if (value) {
-            ::setenv(name.c_str(), value->c_str(), 1);
-        } else {
-            ::unsetenv(name.c_str());
-        }
-    }
-}
-
-void StartEnvironment::set(const char* name, const char* value)
-{
-    const char* const now = std::getenv(name);
-    before.emplace_back(name, now != nullptr ? std::optional<std::string>(now) : std::nullopt);
-    if (value != nullptr) {
-        ::setenv(name, value, 1);
-    } else {
-        ::unsetenv(name);
-    }
-}
+StartEnvironment::StartEnvironment(const std::string& home) : homeFolder("PYTHONHOME", home.c_str()) {}
 
 std::string StartEnvironment::changes() const
 {
     std::string list;
-    for (const auto& [name, value] : before) {
-        list += name + (value ? "=" + *value : "");
+    for (const EnvironmentVariable* variable : {&homeFolder, &utf8Mode, &noOtherLocale, &searchPath}) {
+        list += variable->original();
         list.push_back('\0');
     }
     return list;

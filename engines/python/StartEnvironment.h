@@ -1,10 +1,9 @@
 // What a Python library needs around it to start: its standard library, and an environment that cannot mislead it.
 #pragma once
 
-#include <optional>
+#include "engines/EnvironmentVariable.h"
+
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace engines {
 
@@ -25,17 +24,15 @@ class StartEnvironment
 {
 public:
     explicit StartEnvironment(const std::string& home);
-    StartEnvironment(const StartEnvironment&) = delete;
-    StartEnvironment& operator=(const StartEnvironment&) = delete;
-    ~StartEnvironment();
 
     /// The variables that differ, as they were: NAME=VALUE, or NAME when it was not set, each ended by a zero byte.
     std::string changes() const;
 
 private:
-    void set(const char* name, const char* value);
-
-    std::vector<std::pair<std::string, std::optional<std::string>>> before;
+    EnvironmentVariable homeFolder;
+    EnvironmentVariable utf8Mode{"PYTHONUTF8", "1"};
+    EnvironmentVariable noOtherLocale{"PYTHONCOERCECLOCALE", "0"};
+    EnvironmentVariable searchPath{"PYTHONPATH", nullptr}; ///< goes into the search path after the start
 };
 
 } // namespace engines

@@ -1,0 +1,6 @@
+public static class Absent
+{
+    public static void Use()
+    {
+    }
+}

@@ -1,0 +1,16 @@
+class Plugin
+{
+    public static void Start()
+    {
+    }
+}
+
+public class Outer
+{
+    public static class Plugin
+    {
+        public static void Start()
+        {
+        }
+    }
+}

@@ -1,0 +1,13 @@
+namespace Rooms
+{
+    public class Plugin
+    {
+        public void Start()
+        {
+        }
+
+        static void Start(int level)
+        {
+        }
+    }
+}

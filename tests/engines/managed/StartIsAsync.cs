@@ -1,0 +1,9 @@
+using System.Threading.Tasks;
+
+public static class Plugin
+{
+    public static async void Start()
+    {
+        await Task.Yield();
+    }
+}

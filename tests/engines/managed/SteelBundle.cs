@@ -1,0 +1,7 @@
+public static class Plugin
+{
+    public static void Start()
+    {
+        Kest.Print("the bundle has " + Steel.Grade + "\n");
+    }
+}

@@ -1,0 +1,19 @@
+namespace Second
+{
+    public static class Plugin
+    {
+        public static void Start()
+        {
+        }
+    }
+}
+
+namespace First
+{
+    public static class Plugin
+    {
+        public static void Start()
+        {
+        }
+    }
+}

@@ -1,0 +1,7 @@
+public static class Plugin
+{
+    public static void Start()
+    {
+        Absent.Use();
+    }
+}
