@@ -1,0 +1,4 @@
+;;; Cannot be read: the parenthesis of DEFUN is not closed.
+
+(defun area (width height)
+  (* width height)
