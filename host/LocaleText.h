@@ -90,6 +90,22 @@ inline void appendUtf8(std::string& bytes, wchar_t unit)
     }
 }
 
+/// `text` in UTF-8, whatever the locale. A byte that the locale could not decode comes out as it was: where the locale
+/// is a plain one, such bytes are UTF-8 themselves.
+inline std::string utf8(std::wstring_view text)
+{
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (const wchar_t unit : text) {
+        if (isUndecodableByte(unit)) {
+            bytes.push_back(static_cast<char>(unit - kUndecodableByte));
+        } else {
+            appendUtf8(bytes, unit);
+        }
+    }
+    return bytes;
+}
+
 /// Narrows `text` to the multibyte encoding of the global locale. Undoes what widen() carried through; a character
 /// that the locale has no code for comes out in UTF-8, the encoding of nearly all file names. Never fails.
 inline std::string narrow(std::wstring_view text)

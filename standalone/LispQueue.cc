@@ -22,21 +22,6 @@ namespace {
 
 constexpr char kLibrary[] = "libKestLispEvaluator.so";
 
-/// The bytes that the evaluator gets. Undecodable bytes go back to what they were, so that a path still leads to its
-/// file whatever its encoding.
-std::string evaluatorText(const std::wstring& expression)
-{
-    std::string bytes;
-    for (const wchar_t unit : expression) {
-        if (localetext::isUndecodableByte(unit)) {
-            bytes.push_back(static_cast<char>(unit - localetext::kUndecodableByte));
-        } else {
-            localetext::appendUtf8(bytes, static_cast<char32_t>(unit) <= 0x10FFFF ? unit : L'\uFFFD');
-        }
-    }
-    return bytes;
-}
-
 } // namespace
 
 std::wstring pathLoadedBy(const std::wstring& expression)
@@ -140,7 +125,7 @@ std::string LispQueue::evaluate(const std::wstring& expression) const
     std::array<char, 4096> problem{};
     int status = 0;
     try {
-        status = evaluator(evaluatorText(expression).c_str(), problem.data(), problem.size());
+        status = evaluator(localetext::utf8(expression).c_str(), problem.data(), problem.size());
     } catch (...) {
         return "the evaluator ended with " + describeCaughtError();
     }

@@ -148,7 +148,8 @@ void boot()
 
 std::string frameworkFolder()
 {
-    return std::string(mono_assembly_getrootdir()) + "/mono/4.5";
+    const char* root = mono_assembly_getrootdir();
+    return std::string(root != nullptr ? root : "") + "/mono/4.5";
 }
 
 std::string startRuntime()

@@ -15,27 +15,13 @@ std::string& askedLibrary()
     return name;
 }
 
-/// `path` in UTF-8, for people. Bytes that the locale could not decode stand as they are: most are UTF-8 themselves.
-std::string shown(const std::wstring& path)
-{
-    std::string text;
-    for (const wchar_t unit : path) {
-        if (localetext::isUndecodableByte(unit)) {
-            text.push_back(static_cast<char>(unit - localetext::kUndecodableByte));
-        } else {
-            localetext::appendUtf8(text, unit);
-        }
-    }
-    return text;
-}
-
 std::string load(const std::wstring& path, KestEngineHost& host)
 {
     engines::Interpreter& interpreter = engines::Interpreter::current();
     const engines::Visit visit(engines::pythonGuest());
     std::string problem = interpreter.start(askedLibrary());
     if (!problem.empty()) {
-        host.print(shown(path) + ": could not be loaded: " + problem + "\n");
+        host.print(localetext::utf8(path) + ": could not be loaded: " + problem + "\n");
         return problem;
     }
     return interpreter.load(localetext::narrow(path));

@@ -92,6 +92,15 @@ TEST_F(LocaleTextTest, WhatIsNoCodePointComesOutAsReplacementCharacter)
     EXPECT_EQ(narrow(beyond), "\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
+TEST_F(LocaleTextTest, Utf8IsTheSameInEveryLocaleAndGivesUndecodableBytesBack)
+{
+    const std::wstring text = localetext::widen("\xC3\x9F\xFF") + static_cast<wchar_t>(0x110000);
+    EXPECT_EQ(localetext::utf8(text), "\xC3\x9F\xFF\xEF\xBF\xBD");
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(localetext::utf8(text), "\xC3\x9F\xFF\xEF\xBF\xBD");
+    EXPECT_EQ(localetext::utf8(localetext::widen("\xC3\x9F")), "\xC3\x9F");
+}
+
 TEST_F(LocaleTextTest, CaseIsIgnoredForAsciiLettersOnly)
 {
     EXPECT_TRUE(localetext::equalIgnoringCase(L".BunDle", L".bundle"));
