@@ -16,7 +16,7 @@ extern const std::size_t kLispWorldSize;
 
 namespace {
 
-constexpr std::size_t kMebi = 1024 * 1024;
+constexpr std::size_t kMebi = std::size_t{1} << 20;
 
 /// What remains of the stack when LISP says that it is full: for the handling of that, and for the collector.
 constexpr std::size_t kStackReserve = 2 * kMebi;

@@ -13,12 +13,13 @@ StandardLibrary findStandardLibrary(const std::string& libraryFile, const std::s
     for (std::size_t end = libraryFile.rfind("/lib"); end != std::string::npos && end > 0;
          end = libraryFile.rfind("/lib", end - 1)) {
         const std::string home = libraryFile.substr(0, end);
-        for (const std::string& folder : {home + "/lib/" + name, home + "/lib64/" + name}) {
-            if (::access((folder + "/encodings/__init__.py").c_str(), R_OK) == 0) {
+        for (const char* libraries : {"/lib64/", "/lib/"}) {
+            looked = home;
+            looked.append(libraries).append(name);
+            if (::access(std::string(looked).append("/encodings/__init__.py").c_str(), R_OK) == 0) {
                 return {home, ""};
             }
         }
-        looked = home + "/lib/" + name;
     }
     return {"", "the standard library of Python " + shortVersion + " is not installed: " +
                     (looked.empty() ? "it is not found beside " + libraryFile : looked + " is not there") +
