@@ -2,9 +2,19 @@
 
 #include "cli/Shown.h"
 
+#include <fcntl.h>
+#include <unistd.h>
 #include <utility>
 
 namespace cli {
+
+ConsoleEcho::ConsoleEcho(bool isLive) : live(isLive)
+{
+    const int descriptor = live ? ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1) : -1;
+    if (descriptor >= 0) {
+        ownOutput.reset(::fdopen(descriptor, "w"));
+    }
+}
 
 void ConsoleEcho::begin(std::string partHeading)
 {
@@ -36,7 +46,7 @@ std::string ConsoleEcho::end()
 void ConsoleEcho::showLine(const std::string& line)
 {
     if (live) {
-        print(stdout, std::exchange(heading, std::string()) + "  | " + shownOutput(line) + "\n");
+        print(shown(), std::exchange(heading, std::string()) + "  | " + shownOutput(line) + "\n");
     }
 }
 

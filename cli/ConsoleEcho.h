@@ -1,6 +1,8 @@
 // What the host and its modules print during a run.
 #pragma once
 
+#include <cstdio>
+#include <memory>
 #include <string>
 
 namespace cli {
@@ -11,7 +13,7 @@ class ConsoleEcho
 {
 public:
     /// `isLive`: lines go to standard output at once, escaped, each behind a bar.
-    explicit ConsoleEcho(bool isLive) : live(isLive) {}
+    explicit ConsoleEcho(bool isLive);
 
     /// From now on printed text belongs to a new part; `heading`, with its line end, is shown before its first line.
     void begin(std::string heading);
@@ -25,7 +27,16 @@ public:
 private:
     void showLine(const std::string& line);
 
+    struct Closer
+    {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+
+    std::FILE* shown() const { return ownOutput ? ownOutput.get() : stdout; }
+
     bool live;
+    /// Standard output once more, for what a script prints after it has closed or turned away the descriptor.
+    std::unique_ptr<std::FILE, Closer> ownOutput;
     std::string heading;
     std::string printed;
     std::size_t shownUpTo = 0;

@@ -8,8 +8,10 @@
 #include <CLI/CLI.hpp>
 #include <clocale>
 #include <cstdio>
+#include <fcntl.h>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 
 namespace {
 
@@ -22,6 +24,17 @@ void followLocale()
     const std::string_view name = current != nullptr ? current : "C";
     if (name == "C" || name == "POSIX") {
         std::setlocale(LC_CTYPE, "C.UTF-8");
+    }
+}
+
+/// A standard stream that is closed at the start must not become the place of the next file that is opened: what is
+/// printed would go there. Opened for reading only, so that writing to it still fails.
+void fillStandardDescriptors()
+{
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(number, F_GETFD) < 0) {
+            static_cast<void>(::open("/dev/null", O_RDONLY)); // takes the lowest number, which is this one
+        }
     }
 }
 
@@ -59,6 +72,7 @@ int parseAndRun(int argumentCount, char** arguments)
 
 int main(int argumentCount, char** arguments)
 {
+    fillStandardDescriptors();
     followLocale();
     try {
         return parseAndRun(argumentCount, arguments);

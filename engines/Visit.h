@@ -15,6 +15,7 @@ struct GuestState
 {
     static constexpr int kSignals = 32; ///< real-time signals begin there: those are an engine's to keep
 
+    int visits = 0;                         ///< that are going on, one within the other
     std::array<bool, kSignals> isHandled{}; ///< the engine's own handler, put back at each visit
     std::array<struct sigaction, kSignals> handlers{};
     bool hasStack = false;
@@ -25,8 +26,9 @@ struct GuestState
 
 /// One visit of the host in an engine, on the host's thread. While it lives, the engine's signal handlers, alternative
 /// signal stack and floating-point environment are in force. At its end these are what they were for the host, and so
-/// are signal mask, locale, working directory and the descriptors of the standard streams, whatever a script did to
-/// them. Visits nest, also of different engines.
+/// are signal mask, interval timers, locale, working directory and the descriptors of the standard streams, whatever a
+/// script did to them. Meanwhile standard input is at its end, and a pipe that nobody reads is an error of who writes
+/// to it, not the end of the process. Visits nest, also of different engines.
 class Visit
 {
 public:
@@ -38,18 +40,21 @@ public:
 private:
     struct Stream
     {
-        int copy = -1;  ///< of the descriptor; -1: it was closed
-        int status = 0; ///< its status flags
+        int copy = -1;          ///< of the descriptor; -1: there is none
+        bool wasClosed = false; ///< there was nothing to copy
+        int status = 0;         ///< its status flags
     };
 
     void enterSignals();
     void leaveSignals();
+    void leaveTimers();
     void leaveStreams();
 
     GuestState& guest;
     std::array<struct sigaction, GuestState::kSignals> handlers{};
     sigset_t mask{};
     stack_t signalStack{};
+    std::array<bool, 3> hasTimer{}; ///< by the kind of the interval timer
     std::fenv_t floatingPoint{};
     std::string locale;
     locale_t threadLocale;

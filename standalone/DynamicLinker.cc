@@ -5,6 +5,7 @@
 #include "standalone/EngineServices.h"
 #include "standalone/Host.h"
 #include "standalone/ModuleApi.h"
+#include "standalone/ModuleFile.h"
 #include "standalone/Utf8.h"
 
 #include "host/LocaleText.h"
@@ -35,7 +36,10 @@ std::string problemOfFile(const std::string& path)
     if (::stat(path.c_str(), &found) != 0) {
         return displayable(std::string_view(std::strerror(errno)));
     }
-    return S_ISREG(found.st_mode) ? "" : "it is not a regular file"; // opening a pipe would wait for its other end
+    if (!S_ISREG(found.st_mode)) {
+        return "it is not a regular file"; // opening a pipe would wait for its other end
+    }
+    return problemOfModuleFile(path);
 }
 
 /// The entry of `module` itself: a lookup also finds what the libraries that it needs export.

@@ -109,7 +109,7 @@
   "The report of CONDITION; its type, when it has none or its report fails."
   (let* ((text nil)
          (failure (calling (lambda () (setf text (princ-to-string condition))))))
-    (if (or failure (eql (search "#<" text) 0))
+    (if (or failure (eql (search "#<" text) 0) (string= (one-line text) ""))
         (format nil "~A~:[~;, and the report of this condition failed~]"
                 (prin1-to-string (type-of condition)) failure)
         text)))
@@ -138,6 +138,12 @@
 (setf (fdefinition 'ext:exit) #'ext:quit
       (fdefinition 'si::exit-process) #'ext:quit)
 
+;; The host, its console and what this file keeps are of one thread.
+(defun no-threads (&rest arguments)
+  (declare (ignore arguments))
+  (error "A script of this host has no threads of its own."))
+(setf (fdefinition 'mp:process-enable) #'no-threads
+      (fdefinition 'mp:process-run-function) #'no-threads)
 
 ;;; Names of files.
 
@@ -325,14 +331,31 @@
 
 ;;; What the host calls.
 
+(defun mend-user-package ()
+  "Scripts share a package; one that hides what Common LISP has there must not stop the next from being loaded."
+  (let ((user (find-package "CL-USER")))
+    (mapc (lambda (symbol) (unintern symbol user)) (package-shadowing-symbols user))
+    (unless (member (find-package "CL") (package-use-list user))
+      (do-external-symbols (symbol "CL")
+        (let ((other (find-symbol (symbol-name symbol) user)))
+          (unless (eq other symbol)
+            (unintern other user))))
+      (use-package "CL" user))))
+
+(defvar *pretty* *print-pretty*)
+
 (defun visiting (function)
   "Calls FUNCTION as a script of the host. NIL, or why it failed, in one line."
   (print-line-so-far *console*) ; of a script that had the host call this one
+  (mend-user-package)
   (let* ((*standard-output* *console*) (*error-output* *console*) (*trace-output* *console*)
          (*standard-input* (make-concatenated-stream))
          (*terminal-io* (make-two-way-stream *standard-input* *console*))
          (*query-io* *terminal-io*) (*debug-io* *terminal-io*)
-         (*package* (find-package "CL-USER")) (*readtable* *readtable*) (*read-base* 10) (*read-eval* t)
+         (*package* (find-package "CL-USER")) (*readtable* (copy-readtable nil)) (*read-base* 10) (*read-eval* t)
+         (*read-default-float-format* 'single-float) (*print-base* 10) (*print-radix* nil) (*print-case* :upcase)
+         (*print-escape* t) (*print-readably* nil) (*print-pretty* *pretty*) (*print-circle* nil) (*print-length* nil)
+         (*print-level* nil) (*print-lines* nil) (*print-array* t) (*print-gensym* t) (*print-right-margin* nil)
          (*read-suppress* nil) (*load-verbose* nil) (*load-print* nil) (*load-pathname* nil) (*load-truename* nil)
          (*default-pathname-defaults* #P"") ; the system's working directory, wherever that is
          (*place* nil))

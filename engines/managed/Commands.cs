@@ -9,6 +9,7 @@ namespace KestEngine
         static readonly Dictionary<int, Action> actions = new Dictionary<int, Action>();
         static readonly Dictionary<string, int> numbers = new Dictionary<string, int>();
         static int last;
+        static List<int> registered; // by the innermost load; null: none goes on
 
         internal static bool Register(string name, Action command)
         {
@@ -31,25 +32,24 @@ namespace KestEngine
                 actions.Remove(replaced);
             }
             numbers[name] = number;
+            registered?.Add(number);
             return true;
         }
 
-        // The commands that are registered from now on have higher numbers.
-        internal static int Mark()
+        // From now on, what is registered is listed in `ofLoad`, if that is not null. Returns what it was before.
+        internal static List<int> ListIn(List<int> ofLoad)
         {
-            return last;
+            List<int> outer = registered;
+            registered = ofLoad;
+            return outer;
         }
 
-        // Drops the commands that were registered after Mark() returned `mark`.
-        internal static void ForgetAfter(int mark)
+        internal static void Forget(List<int> forgotten)
         {
-            for (int number = mark + 1; number <= last; ++number)
-            {
-                actions.Remove(number);
-            }
+            forgotten.ForEach(number => actions.Remove(number));
             foreach (var name in new List<string>(numbers.Keys))
             {
-                if (numbers[name] > mark)
+                if (forgotten.Contains(numbers[name]))
                 {
                     numbers.Remove(name);
                 }

@@ -25,6 +25,9 @@ namespace KestEngine
     {
         const int MostLines = 200; // a stack overflow has thousands
 
+        // The runtime has one object for all stack overflows, whose trace goes on growing: so many lines are old.
+        static int linesOfOverflows;
+
         // `exception` in one line, with those that caused it; below it the details, if there are any. No line end.
         internal static string Of(Exception exception)
         {
@@ -104,6 +107,12 @@ namespace KestEngine
                 }
             }
             var lines = new List<string>(text.Trim('\n', '\r').Split('\n'));
+            if (exception is StackOverflowException)
+            {
+                int known = Math.Min(linesOfOverflows, lines.Count);
+                linesOfOverflows = lines.Count;
+                lines.RemoveRange(0, known);
+            }
             lines.RemoveAll(line => line.StartsWith("  at KestEngine.", StringComparison.Ordinal));
             string shown = string.Join("\n", lines.GetRange(0, Math.Min(lines.Count, MostLines))).TrimEnd();
             return lines.Count <= MostLines ? shown

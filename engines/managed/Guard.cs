@@ -30,6 +30,7 @@ namespace KestEngine
                 }
                 problem = ErrorText.Of(exception);
             }
+            TakeInterruption();
             Thread.CurrentThread.CurrentCulture = culture;
             Thread.CurrentThread.CurrentUICulture = uiCulture;
             HostWriter.Install();
@@ -38,6 +39,18 @@ namespace KestEngine
             problem = isSwallowed ? ending : problem;
             ending = outerEnding;
             return problem;
+        }
+
+        // An interruption that the code asked for and did not meet would befall what runs next.
+        static void TakeInterruption()
+        {
+            try
+            {
+                Thread.Sleep(0);
+            }
+            catch (ThreadInterruptedException)
+            {
+            }
         }
 
         // Environment.Exit() comes here. The exception ends the assembly's run; code that catches it has failed all the

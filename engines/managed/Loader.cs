@@ -17,16 +17,18 @@ namespace KestEngine
         // the details.
         internal static string Load(string path, string opened)
         {
-            int mark = Commands.Mark();
+            var registered = new List<int>();
+            List<int> outer = Commands.ListIn(registered);
             string missingBefore = Resolver.Missing;
             Resolver.Missing = null;
             string problem = Guard.Run(() => EntryOf(Open(path, opened))());
             if (problem != null)
             {
-                Commands.ForgetAfter(mark);
+                Commands.Forget(registered);
                 problem = Resolver.WithHint(problem);
             }
             Resolver.Missing = missingBefore;
+            Commands.ListIn(outer);
             return problem;
         }
 
@@ -61,12 +63,24 @@ namespace KestEngine
             MethodInfo start = classes[0].GetMethod("Start", BindingFlags.Public | BindingFlags.Static, null,
                                                     Type.EmptyTypes, null);
             if (start == null || start.ReturnType != typeof(void) || start.IsGenericMethodDefinition ||
-                start.IsDefined(typeof(AsyncStateMachineAttribute), false))
+                IsAsync(start))
             {
                 throw new PlainException("its class " + classes[0].FullName +
                                          " has no method \"public static void Start()\" that is not async");
             }
             return (Action)Delegate.CreateDelegate(typeof(Action), start);
+        }
+
+        static bool IsAsync(MethodInfo method)
+        {
+            try
+            {
+                return method.IsDefined(typeof(AsyncStateMachineAttribute), false);
+            }
+            catch (Exception) // another attribute's assembly is missing: the method may do without it
+            {
+                return false;
+            }
         }
 
         // Types that need what is not there are left out, as long as there are others: the entry may do without them.

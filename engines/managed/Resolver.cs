@@ -96,13 +96,27 @@ namespace KestEngine
             return problem.Insert(end < 0 ? problem.Length : end, " (the package " + package + " may be missing)");
         }
 
+        // Those that are not named as the others are.
+        static readonly Dictionary<string, string> OddPackages = new Dictionary<string, string>
+        {
+            { "Mono.CSharp", "libmono-csharp4.0c-cil" },
+            { "Mono.Data.Sqlite", "libmono-sqlite4.0-cil" },
+            { "System.ServiceModel", "libmono-system-servicemodel4.0a-cil" },
+            { "System.ServiceModel.Internals", "libmono-system-servicemodel-internals0.0-cil" },
+            { "System.Windows.Forms.DataVisualization",
+              "libmono-system-windows-forms-datavisualization4.0a-cil" },
+            { "WindowsBase", "libmono-windowsbase4.0-cil" },
+            { "netstandard", "mono-devel" },
+        };
+
         static string PackageOf(string assembly)
         {
-            string name = assembly.ToLowerInvariant().Replace('.', '-');
-            if (name == "netstandard")
+            string odd;
+            if (OddPackages.TryGetValue(assembly, out odd))
             {
-                return "mono-devel";
+                return odd;
             }
+            string name = assembly.ToLowerInvariant().Replace('.', '-');
             if (name.StartsWith("mono-", StringComparison.Ordinal))
             {
                 name = name.Substring("mono-".Length);

@@ -69,6 +69,9 @@ std::string Interpreter::start(const std::string& name)
     if (isRunning && name == library) {
         return "";
     }
+    if (!startProblem.empty()) {
+        return startProblem;
+    }
     PythonApi asked;
     if (std::string problem = asked.open(name); !problem.empty()) {
         return problem;
@@ -105,12 +108,16 @@ std::string Interpreter::boot()
     std::string problem;
     {
         const StartEnvironment environment(standardLibrary.home);
+        if (api.utf8Mode != nullptr) {
+            *api.utf8Mode = 1; // texts and file names are UTF-8 whatever the locale is
+        }
         api.initializeEx(0);
         visitor = std::this_thread::get_id();
         problem = defineRuntime(environment.changes());
         visitor = {};
         api.saveThread();
     }
+    startProblem = problem;
     if (KestEngineHost* host = kestEngineHost(); host != nullptr && problem.empty()) {
         const std::chrono::duration<double, std::milli> passed = std::chrono::steady_clock::now() - begin;
         host->engineStarted("Python " + version, passed.count());
@@ -141,12 +148,15 @@ std::string Interpreter::defineRuntime(const std::string& environment)
     PyObject* const text = api.bytesFromString(environment.data(), static_cast<std::ptrdiff_t>(environment.size()));
     PyObject* const booted = bootFunction != nullptr ? api.callFunction(bootFunction, "O", text) : nullptr;
     if (booted == nullptr) {
-        api.errorClear();
+        api.errorPrint(); // to the standard error of the process: there is no console yet
         return "the start of Python " + versionIn(api.getVersion()) + " failed: its standard library is incomplete";
     }
     loadFunction = api.dictGet(names, "load");
     runFunction = api.dictGet(names, "run_command");
     endFunction = api.dictGet(names, "end");
+    for (PyObject* object : {loadFunction, runFunction, endFunction}) {
+        api.incRef(object); // a script can take them out of the module
+    }
     for (PyObject* object : {code, result, text, booted}) {
         api.decRef(object);
     }

@@ -49,6 +49,7 @@ private:
     PythonApi api;
     std::string library; ///< empty until it is open
     bool isRunning = false;
+    std::string startProblem; ///< of a start that failed on its way: there is no second one
     PyObject* loadFunction = nullptr;
     PyObject* runFunction = nullptr;
     PyObject* endFunction = nullptr;

@@ -32,6 +32,7 @@ std::string PythonApi::open(const std::string& name)
     find(getVersion, "Py_GetVersion");
     find(isInitialized, "Py_IsInitialized");
     find(initializeEx, "Py_InitializeEx");
+    utf8Mode = static_cast<int*>(::dlsym(library, "Py_UTF8Mode"));
     find(saveThread, "PyEval_SaveThread");
     find(gilEnsure, "PyGILState_Ensure");
     find(gilRelease, "PyGILState_Release");
@@ -50,8 +51,8 @@ std::string PythonApi::open(const std::string& name)
     find(tupleItem, "PyTuple_GetItem");
     find(longFrom, "PyLong_FromLong");
     find(longAs, "PyLong_AsLong");
-    find(errorOccurred, "PyErr_Occurred");
     find(errorClear, "PyErr_Clear");
+    find(errorPrint, "PyErr_Print");
     return problem;
 }
 

@@ -37,6 +37,7 @@ struct PythonApi
     const char* (*getVersion)() = nullptr;
     int (*isInitialized)() = nullptr;
     void (*initializeEx)(int installsSignalHandlers) = nullptr;
+    int* utf8Mode = nullptr; ///< what the start reads; null: the version has it no more
     void* (*saveThread)() = nullptr;
     int (*gilEnsure)() = nullptr;
     void (*gilRelease)(int state) = nullptr;
@@ -55,8 +56,8 @@ struct PythonApi
     PyObject* (*tupleItem)(PyObject* tuple, std::ptrdiff_t index) = nullptr; ///< borrowed
     PyObject* (*longFrom)(long value) = nullptr;
     long (*longAs)(PyObject* number) = nullptr;
-    PyObject* (*errorOccurred)() = nullptr; ///< borrowed
     void (*errorClear)() = nullptr;
+    void (*errorPrint)() = nullptr; ///< and clears it
 
     /// The real path of the file that the functions come from; empty when the system does not say.
     std::string libraryFile() const;

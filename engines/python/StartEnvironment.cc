@@ -1,5 +1,8 @@
 #include "engines/python/StartEnvironment.h"
 
+#include <map>
+#include <set>
+#include <string_view>
 #include <unistd.h>
 
 namespace engines {
@@ -26,13 +29,30 @@ StandardLibrary findStandardLibrary(const std::string& libraryFile, const std::s
                     "; install the Debian package lib" + name + "-stdlib"};
 }
 
-StartEnvironment::StartEnvironment(const std::string& home) : homeFolder("PYTHONHOME", home.c_str()) {}
+StartEnvironment::StartEnvironment(const std::string& home)
+{
+    std::set<std::string> disturbing;
+    for (char** entry = ::environ; *entry != nullptr; ++entry) {
+        const std::string_view text(*entry);
+        if (text.starts_with("PYTHON")) {
+            disturbing.emplace(text.substr(0, text.find('=')));
+        }
+    }
+    const std::map<std::string, const char*> wanted{{"PYTHONHOME", home.c_str()}, {"PYTHONNOUSERSITE", "1"}};
+    for (const auto& [name, value] : wanted) {
+        variables.emplace_back(name.c_str(), value);
+        disturbing.erase(name);
+    }
+    for (const std::string& name : disturbing) {
+        variables.emplace_back(name.c_str(), nullptr);
+    }
+}
 
 std::string StartEnvironment::changes() const
 {
     std::string list;
-    for (const EnvironmentVariable* variable : {&homeFolder, &utf8Mode, &noOtherLocale, &searchPath}) {
-        list += variable->original();
+    for (const EnvironmentVariable& variable : variables) {
+        list += variable.original();
         list.push_back('\0');
     }
     return list;

@@ -3,6 +3,7 @@
 
 #include "engines/EnvironmentVariable.h"
 
+#include <list>
 #include <string>
 
 namespace engines {
@@ -18,8 +19,9 @@ struct StandardLibrary
 /// Python that comes first on PATH is none of its business.
 StandardLibrary findStandardLibrary(const std::string& libraryFile, const std::string& version);
 
-/// While it lives, the process's environment makes Python start the same way everywhere: with this home, its texts and
-/// file names in UTF-8 whatever the locale is, and undisturbed by folders of the user's own.
+/// While it lives, the process's environment makes Python start the same way everywhere: with this home, and
+/// undisturbed by folders of the user's own and by variables that begin with PYTHON, some of which end the process when
+/// their value is wrong.
 class StartEnvironment
 {
 public:
@@ -29,10 +31,7 @@ public:
     std::string changes() const;
 
 private:
-    EnvironmentVariable homeFolder;
-    EnvironmentVariable utf8Mode{"PYTHONUTF8", "1"};
-    EnvironmentVariable noOtherLocale{"PYTHONCOERCECLOCALE", "0"};
-    EnvironmentVariable searchPath{"PYTHONPATH", nullptr}; ///< goes into the search path after the start
+    std::list<EnvironmentVariable> variables; ///< each of another name
 };
 
 } // namespace engines

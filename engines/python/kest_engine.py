@@ -10,6 +10,8 @@ import io
 import linecache
 import os
 import resource
+import site
+import stat
 import sys
 import traceback
 import types
@@ -61,10 +63,12 @@ def _register_command(name, function):
     script = _running[-1] if _running else None
     _commands.append((function, script))
     if script is not None:
-        earlier = script.numbers.get(name.upper())
+        # The same name again: the host has just let go of the command before. (In other letters it may still have
+        # it: that is up to its locale.)
+        earlier = script.numbers.get(name)
         if earlier is not None:
             _commands[earlier] = None
-        script.numbers[name.upper()] = number
+        script.numbers[name] = number
         script.new_numbers.append(number)
     return True
 
@@ -81,7 +85,7 @@ class _Script:
         self.folder = os.path.dirname(file)
         self.module = None
         self.modules_beside = _modules_beside.setdefault(self.folder, {})
-        self.numbers = {}  # of its commands, by upper-case name
+        self.numbers = {}  # of its commands, by name
         self.new_numbers = []  # registered by the load that runs
 
     def begin(self):
@@ -92,6 +96,7 @@ class _Script:
 
     def enter(self):
         """Makes this script the main program; returns what leave() needs."""
+        _mend()
         _take_streams()
         before = (sys.modules.get("__main__"), sys.argv, sys.getrecursionlimit())
         sys.modules["__main__"] = self.module
@@ -106,6 +111,7 @@ class _Script:
         (main, argv, limit), hidden, known = state
         sys.setrecursionlimit(limit)
         _running.pop()
+        _mend()
         sys.argv = argv
         if self.folder in sys.path:
             sys.path.remove(self.folder)
@@ -135,12 +141,28 @@ class _Script:
             return False
 
 
+def _mend():
+    """What a script takes away from all is there again for the next."""
+    if not isinstance(sys.path, list):
+        sys.path = []
+    sys.path.extend(folder for folder in _start_path if folder not in sys.path)
+    for name, module in _start_modules.items():
+        sys.modules.setdefault(name, module)
+
+
 def _take_streams():
     """The standard streams of scripts are the host's console; there is nobody to ask, so input is at its end."""
     for name, stream in _streams.items():
-        if stream.closed:
+        if _is_closed(stream):
             stream = _streams[name] = _nothing() if name == "stdin" else _console()
         setattr(sys, name, stream)
+
+
+def _is_closed(stream):
+    try:
+        return stream.closed
+    except ValueError:  # its inside was taken out
+        return True
 
 
 def _flush(stream):
@@ -177,7 +199,7 @@ def _describe(error, place, folder):
     lines = traceback.format_exception_only(type(error), error)
     text = _one_line(lines[-1] if isinstance(error, SyntaxError) else "".join(lines))
     if isinstance(error, SyntaxError) and error.filename is not None:
-        return f"{text} ({os.path.basename(error.filename)}, line {error.lineno})" if "line" not in text else text
+        return f"{text} ({os.path.basename(error.filename)}, line {error.lineno})"
     where, is_beside = "", False
     while place is not None:
         place_folder, name = os.path.split(place.tb_frame.f_code.co_filename)
@@ -187,29 +209,58 @@ def _describe(error, place, folder):
     return text + where
 
 
-def _run(script, action, heading):
-    """Runs action for script. Returns why it failed, or None; what there is to say at length is printed."""
+def _ending(code):
+    """What an exit with this code says: why it is a failure, or None; and the exit status of a process."""
+    if code is None:
+        return None, 0
+    if isinstance(code, int):
+        return (f"it ended with exit status {code}" if code != 0 else None), code & 0xFF
+    try:
+        return _one_line(f"it ended: {code}"), 1
+    except Exception:
+        return f"it ended with an object of type {type(code).__name__} that has no text", 1
+
+
+def _run_here(script, action, heading):
+    """Returns why action failed, or None, and the exit status that a process would have; prints what there is to say
+    at length.
+    """
     try:
         state = script.enter()
         try:
             action()
         finally:
             script.leave(state)
-        return None
+        return None, 0
     except SystemExit as end:
-        if end.code is None or end.code == 0:
-            return None
-        problem = f"it ended with exit status {end.code}" if isinstance(end.code, int) else f"it ended: {end.code}"
-        problem = _one_line(problem)
-        _print(f"{heading}: {problem}\n")
-        return problem
+        problem, status = _ending(end.code)
+        if problem is not None:
+            _print(f"{heading}: {problem}\n")
+        return problem, status
     except BaseException as error:
         place = _traceback_from(error)
         problem = _describe(error, place, script.folder)
         linecache.checkcache()
         text = "".join(traceback.format_exception(type(error), error, place))
         _print(f"{heading}: {problem}\n{text}")
-        return problem
+        return problem, 1
+
+
+def _run(script, action, heading):
+    """Runs action for script. Returns why it failed, or None."""
+    process = os.getpid()
+    problem, status = _run_here(script, action, heading)
+    if os.getpid() != process:  # a child that the script has made: the host is the parent's
+        os._exit(status)
+    return problem
+
+
+def _source_of(file):
+    # Not to wait: a pipe would, for its other end.
+    with io.FileIO(file, opener=lambda name, flags: os.open(name, flags | os.O_NONBLOCK)) as source:
+        if not stat.S_ISREG(os.fstat(source.fileno()).st_mode):
+            raise OSError("it is no regular file")
+        return source.readall()
 
 
 def load(path):
@@ -219,8 +270,7 @@ def load(path):
     script.begin()
 
     def action():
-        with open(file, "rb") as source:
-            code = compile(source.read(), file, "exec", dont_inherit=True)
+        code = compile(_source_of(file), file, "exec", dont_inherit=True)
         exec(code, script.module.__dict__)
 
     problem = _run(script, action, f"{file}: could not be loaded")
@@ -249,6 +299,9 @@ def boot(environment):
         else:
             os.environb.pop(name, None)
     sys.path[:0] = [folder for folder in os.environ.get("PYTHONPATH", "").split(os.pathsep) if folder]
+    sys.dont_write_bytecode = bool(os.environ.get("PYTHONDONTWRITEBYTECODE"))
+    if not os.environ.get("PYTHONNOUSERSITE"):
+        _add_modules_of_user()
     # What the search found on PATH is another Python, as likely as not.
     executable = os.path.join(sys.exec_prefix, "bin", "python%d.%d" % sys.version_info[:2])
     sys.executable = executable if os.access(executable, os.X_OK) else ""
@@ -262,6 +315,18 @@ def boot(environment):
         function.__module__, function.__name__, function.__qualname__ = "kest", name, name
     sys.modules["kest"] = kest
     _take_streams()
+    _start_path.extend(sys.path)
+    _start_modules.update((name, module) for name, module in sys.modules.items() if name != "__main__")
+
+
+def _add_modules_of_user():
+    """What the user has installed for himself; it must not keep Python from starting."""
+    try:
+        folder = site.getusersitepackages()
+        if os.path.isdir(folder):
+            site.addsitedir(folder)
+    except BaseException:
+        pass
 
 
 def _bound_recursion():
@@ -284,10 +349,16 @@ def end():
     _take_streams()
     atexit._run_exitfuncs()
     for thing in gc.get_objects():
-        if isinstance(thing, io.IOBase) and not isinstance(thing, _ConsoleBytes):
+        try:
+            is_stream = isinstance(thing, io.IOBase) and not isinstance(thing, _ConsoleBytes)
+        except Exception:  # a proxy of what is gone
+            continue
+        if is_stream:
             _flush(thing)
 
 
+_start_path = []  # sys.path at the end of the start
+_start_modules = {}  # by name, likewise
 _running = []  # scripts, innermost last
 _modules_beside = {}  # by folder, then by name
 _scripts = {}  # by path

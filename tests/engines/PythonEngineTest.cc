@@ -82,6 +82,7 @@ TEST_F(PythonEngineTest, PathsCommandsAndTextsMayBeOfAnyScript)
 TEST_F(PythonEngineTest, InThePlainLocaleToo)
 {
     std::setlocale(LC_ALL, "C");
+    ::setenv("LC_ALL", "C", 1);
     EXPECT_EQ(printedBy("import os, kest\n"
                         "print(os.path.basename(__file__))\n"
                         "os.chdir(os.path.dirname(__file__))\n"

@@ -177,6 +177,48 @@ TEST_F(DynamicLinkerTest, WhatIsNoLibraryFailsWithTheSystemsReason)
     EXPECT_EQ(problemOf(folder / "empty.krx"), folder / "empty.krx" + ": file too short");
 }
 
+TEST_F(DynamicLinkerTest, AModuleForAnotherMachineSaysForWhich)
+{
+    const std::string own = standalonetest::fileContent(kModules + "/greeting.krx");
+    const std::size_t machineAt = 18;
+#ifdef __aarch64__
+    const std::string ownName = "64-bit Arm";
+    const std::vector<std::pair<int, std::string>> others{{62, "64-bit x86"}, {3, "32-bit x86"}};
+#else
+    const std::string ownName = "64-bit x86";
+    const std::vector<std::pair<int, std::string>> others{{183, "64-bit Arm"}, {3, "32-bit x86"}};
+#endif
+    const auto expectOther = [&](const std::string& content, const std::string& name) {
+        writeFile(folder / "other.krx", content);
+        EXPECT_EQ(problemOf(folder / "other.krx"), "it is made for " + name + ", and this machine is " + ownName);
+    };
+    for (const auto& [number, name] : others) {
+        std::string content = own;
+        content[machineAt] = static_cast<char>(number);
+        expectOther(content, name);
+    }
+    for (const auto& [number, name] :
+         {std::pair(40, "32-bit Arm"), std::pair(243, "RISC-V"), std::pair(21, "machine number 21")}) {
+        std::string content = own;
+        content[machineAt] = static_cast<char>(number);
+        expectOther(content, name);
+    }
+}
+
+TEST_F(DynamicLinkerTest, AModuleThatIsCutShortIsNotMapped)
+{
+    const std::string own = standalonetest::fileContent(kModules + "/greeting.krx");
+    for (const std::size_t size : {std::size_t{1000}, std::size_t{5000}, std::size_t{12000}}) {
+        writeFile(folder / "part.krx", own.substr(0, size));
+        const std::string problem = problemOf(folder / "part.krx");
+        EXPECT_EQ(problem.substr(0, problem.rfind(' ')),
+                  "the file is cut short: it has " + std::to_string(size) + " bytes and needs at least");
+        EXPECT_LE(std::stoul(problem.substr(problem.rfind(' ') + 1)), own.size());
+    }
+    writeFile(folder / "part.krx", own.substr(0, 50)); // not even a header
+    EXPECT_EQ(problemOf(folder / "part.krx"), folder / "part.krx" + ": file too short");
+}
+
 TEST_F(DynamicLinkerTest, WhatIsNoRegularFileIsNotOpened)
 {
     ASSERT_EQ(::mkfifo((folder / "pipe.krx").c_str(), 0600), 0);
