@@ -77,6 +77,21 @@ TEST_F(RunRealEnginesTest, PythonScriptsRunAndFailWithTheirReason)
     EXPECT_EQ(report["exitStatus"], 1);
 }
 
+TEST_F(RunRealEnginesTest, WhatAScriptPrintsAfterItClosedStandardOutputIsShown)
+{
+    void* library = ::dlopen("libpython3.11.so", RTLD_LAZY);
+    if (library == nullptr) {
+        GTEST_SKIP() << ::dlerror();
+    }
+    ::dlclose(library);
+    const std::string bundle = install("Mixed.bundle", manifestOf(scriptEntry("./closes.py", "python3.11")));
+    write(bundle + "/closes.py", "import os\nos.close(1)\nprint('heard')\n");
+    const ToolRun result = run();
+    EXPECT_EQ(result.status, 0) << result;
+    EXPECT_NE(result.output.find("\n  | heard\n"), std::string::npos) << result;
+    EXPECT_EQ(result.errors, "");
+}
+
 TEST_F(RunRealEnginesTest, LispFilesAreEvaluated)
 {
     if (!KEST_HAS_LISP) {

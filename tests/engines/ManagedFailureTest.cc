@@ -75,6 +75,14 @@ TEST_F(ManagedFailureTest, StackOverflowsOfStartFailTheLoad)
     }
 }
 
+TEST_F(ManagedFailureTest, AStackOverflowShowsItsOwnFramesAndNotThoseOfOneBefore)
+{
+    EXPECT_FALSE(loadPlaced("StackOverflow"));
+    EXPECT_FALSE(loadPlaced("Overflows"));
+    EXPECT_TRUE(hasTraceOf("Plugin.Endless (System.Int32 depth)")) << console;
+    EXPECT_FALSE(hasTraceOf("Plugin.Deeper (System.Int32 depth)")) << console;
+}
+
 TEST_F(ManagedFailureTest, AThrowingStaticConstructorIsToldWithItsCause)
 {
     failsWith(place("ThrowingInitializer"),

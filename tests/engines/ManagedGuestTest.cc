@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
@@ -24,6 +25,25 @@ TEST_F(ManagedGuestTest, TheStartOfTheRuntimeLeavesTheProcessAsItWas)
     EXPECT_EQ(enginetest::processState(), before);
     EXPECT_STREQ(std::getenv("MONO_THREADS_SUSPEND"), suspend);
     EXPECT_STREQ(std::getenv("MONO_DEBUG"), debug);
+}
+
+TEST_F(ManagedGuestTest, AnInterruptionThatAnAssemblyAsksForDoesNotMeetTheNext)
+{
+    EXPECT_TRUE(loadPlaced("Interrupts")) << console;
+    EXPECT_TRUE(loadPlaced("Sleeps")) << console;
+    EXPECT_EQ(console, "slept\n");
+}
+
+TEST_F(ManagedGuestTest, AChildThatEndsBetweenVisitsIsNoticed)
+{
+    ASSERT_TRUE(loadPlaced("Waits")) << console;
+    ASSERT_TRUE(run(L"ID").ran);
+    const pid_t child = std::stoi(console);
+    EXPECT_TRUE(run(L"CLOSE").ran);
+    siginfo_t ended{};
+    ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT), 0); // outside of any visit
+    EXPECT_TRUE(run(L"WAIT").ran);
+    EXPECT_EQ(console, "ended: True");
 }
 
 TEST_F(ManagedGuestTest, WorkingDirectoryAndCultureComeBack)
