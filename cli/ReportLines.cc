@@ -41,7 +41,7 @@ std::string counted(std::size_t count, const std::string& one, const std::string
 std::string timeText(double milliseconds)
 {
     std::array<char, 400> digits{}; // the largest number has 309 before the point
-    const auto end =
+    char* const end =
         std::to_chars(digits.data(), digits.data() + digits.size(), milliseconds, std::chars_format::fixed, 1).ptr;
     return std::string(digits.data(), end) + " ms";
 }

@@ -165,10 +165,10 @@ struct RunReport
 class ReportCollector
 {
 public:
-    ReportCollector(RunReport& report, standalone::Host& host);
+    ReportCollector(RunReport& target, standalone::Host& source);
 
-    /// Adds what the journal has got since the last call; `command` is the one during which it happened.
-    void collect(std::optional<std::size_t> command, const std::vector<standalone::LispQueue::Evaluation>& evaluations);
+    /// Adds what the journal has got since the last call; `during` is the command at work meanwhile.
+    void collect(std::optional<std::size_t> during, const std::vector<standalone::LispQueue::Evaluation>& evaluations);
 
     /// Judges the bundles by the log, once the start is collected and report.log is read.
     void judgeBundles();

@@ -16,8 +16,8 @@ namespace cli {
 class RunSession
 {
 public:
-    /// `library` is open; `console` takes what is printed. Both must outlive the session.
-    RunSession(standalone::HostSettings settings, Library& library, ConsoleEcho& console);
+    /// `opened` is open; `echo` takes what is printed. Both must outlive the session.
+    RunSession(standalone::HostSettings settings, Library& opened, ConsoleEcho& echo);
 
     RunSession(const RunSession&) = delete;
     RunSession& operator=(const RunSession&) = delete;

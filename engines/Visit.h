@@ -32,7 +32,7 @@ struct GuestState
 class Visit
 {
 public:
-    explicit Visit(GuestState& guest);
+    explicit Visit(GuestState& visited);
     Visit(const Visit&) = delete;
     Visit& operator=(const Visit&) = delete;
     ~Visit();

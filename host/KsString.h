@@ -6,14 +6,14 @@ class KsString
 {
 public:
     KsString();
-    /// `text` is narrow, in the encoding of the global locale, and not null.
-    explicit KsString(const char* text);
+    /// `narrow` is in the encoding of the global locale, and not null.
+    explicit KsString(const char* narrow);
     KsString(const KsString&) = delete;
     KsString& operator=(const KsString&) = delete;
     ~KsString();
 
-    /// Replaces the text by a copy of `text`; null counts as empty.
-    KsString& assign(const wchar_t* text);
+    /// Replaces the text by a copy of `wide`; null counts as empty.
+    KsString& assign(const wchar_t* wide);
 
     /// 0 when the text equals `other` code unit by code unit; else negative or positive by code-unit order.
     int compare(const wchar_t* other) const;

@@ -24,8 +24,8 @@ public:
     /// A bundle that only carries the loaders: no paths, no records, no manager. Nothing but loadNet, loadKrx, loadLsp,
     /// loadPython and the Python version operations may be used on it.
     KestBundle();
-    /// A bundle in the folder `bundlePath` with the manifest `xmlPath`, which is not read yet.
-    KestBundle(const CStdStr<wchar_t>& bundlePath, const CStdStr<wchar_t>& xmlPath);
+    /// A bundle in the folder `folder` with the manifest `manifest`, which is not read yet.
+    KestBundle(const CStdStr<wchar_t>& folder, const CStdStr<wchar_t>& manifest);
     ~KestBundle();
     KestBundle(const KestBundle&) = delete;
     KestBundle& operator=(const KestBundle&) = delete;

@@ -20,8 +20,8 @@ std::string describeCaughtError()
             return "an error of the host without an object";
         }
         const std::unique_ptr<const VxErrorStatus> error(caught);
-        return "error " + std::to_string(error->status()) + " of the host, number " + std::to_string(error->number()) +
-               ": " + displayable(std::wstring_view(error->text()));
+        return "error " + std::to_string(static_cast<int>(error->status())) + " of the host, number " +
+               std::to_string(error->number()) + ": " + displayable(std::wstring_view(error->text()));
     } catch (...) {
         return "an exception of unknown type";
     }

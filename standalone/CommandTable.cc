@@ -21,7 +21,7 @@ std::wstring upperCase(std::wstring name)
 
 } // namespace
 
-CommandRegistry::CommandRegistry(Journal& host) : journal(host) {}
+CommandRegistry::CommandRegistry(Journal& events) : journal(events) {}
 
 void CommandRegistry::announce(const std::wstring& name, int kind)
 {

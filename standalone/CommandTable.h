@@ -26,7 +26,7 @@ struct RunResult
 class CommandRegistry
 {
 public:
-    explicit CommandRegistry(Journal& journal);
+    explicit CommandRegistry(Journal& events);
     CommandRegistry(const CommandRegistry&) = delete;
     CommandRegistry& operator=(const CommandRegistry&) = delete;
 
@@ -59,7 +59,7 @@ public:
     class Registration
     {
     public:
-        Registration(CommandRegistry& commands, std::string module);
+        Registration(CommandRegistry& commands, std::string path);
         Registration(const Registration&) = delete;
         Registration& operator=(const Registration&) = delete;
         ~Registration();

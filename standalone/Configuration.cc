@@ -34,7 +34,7 @@ std::string seconds(std::chrono::milliseconds duration)
 
 } // namespace
 
-Configuration::Configuration(std::string file, Journal& host) : path(std::move(file)), journal(host) {}
+Configuration::Configuration(std::string file, Journal& events) : path(std::move(file)), journal(events) {}
 
 Configuration::Turn::Turn(Configuration& store) : configuration(store)
 {

@@ -27,8 +27,8 @@ public:
     using Reading = ConfigurationFile::Reading;
 
     /// `file` is absolute; it is made by the first write, and its folder, if missing, by the first turn. Nothing is
-    /// touched before that. `journal` must outlive the store.
-    Configuration(std::string file, Journal& journal);
+    /// touched before that. `events` must outlive the store.
+    Configuration(std::string file, Journal& events);
     Configuration(const Configuration&) = delete;
     Configuration& operator=(const Configuration&) = delete;
 

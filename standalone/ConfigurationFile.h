@@ -49,7 +49,7 @@ public:
 private:
     struct CloseConnection
     {
-        void operator()(sqlite3* connection) const noexcept;
+        void operator()(sqlite3* open) const noexcept;
     };
     struct FinalizeStatement
     {

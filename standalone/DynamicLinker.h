@@ -18,7 +18,7 @@ std::string dynamicLoadingReason();
 class ModuleLinker : public KsRxDynamicLinker
 {
 public:
-    explicit ModuleLinker(Host& host);
+    explicit ModuleLinker(Host& owner);
 
     KsRxClass* isA() const override;
 

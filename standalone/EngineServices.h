@@ -17,7 +17,7 @@ class Host;
 class LoadTimer
 {
 public:
-    explicit LoadTimer(Host& host);
+    explicit LoadTimer(Host& timed);
 
     /// Since this was made.
     double milliseconds() const;
@@ -32,7 +32,7 @@ private:
 class EngineServices final : public KestEngineHost
 {
 public:
-    explicit EngineServices(Host& host);
+    explicit EngineServices(Host& owner);
     EngineServices(const EngineServices&) = delete;
     EngineServices& operator=(const EngineServices&) = delete;
     ~EngineServices() = default;

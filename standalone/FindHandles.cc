@@ -33,12 +33,12 @@ bool fill(WIN32_FIND_DATAW& data, std::wstring_view name, bool isFolder)
 
 FindHandle FindHandles::begin(const char* path, int& error)
 {
-    Listing listing{nullptr, {}, 0};
+    Listing listing;
     error = listing.folder.read(path);
     if (error != 0) {
         return invalidFindHandle();
     }
-    listing.handle = reinterpret_cast<FindHandle>(++handlesGiven);
+    listing.handle = reinterpret_cast<FindHandle>(++handlesGiven); // NOLINT(performance-no-int-to-ptr): a number
     listings.push_front(std::move(listing));
     dropOldest();
     return listings.front().handle;

@@ -29,7 +29,7 @@ public:
 private:
     struct Listing
     {
-        FindHandle handle;
+        FindHandle handle = nullptr;
         FolderListing folder;
         std::size_t at = 0; ///< the next entry
     };

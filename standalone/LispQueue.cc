@@ -89,7 +89,7 @@ std::vector<LispQueue::Evaluation> LispQueue::evaluateQueued()
     }
     const struct Evaluating
     {
-        explicit Evaluating(bool& isOn) : on(isOn) { on = true; }
+        explicit Evaluating(bool& flag) : on(flag) { flag = true; }
         ~Evaluating() { on = false; }
         bool& on;
     } mark(evaluating);

@@ -22,7 +22,7 @@ std::wstring pathLoadedBy(const std::wstring& expression);
 class LispQueue
 {
 public:
-    explicit LispQueue(Host& host);
+    explicit LispQueue(Host& owner);
     LispQueue(const LispQueue&) = delete;
     LispQueue& operator=(const LispQueue&) = delete;
 

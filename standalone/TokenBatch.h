@@ -48,9 +48,9 @@ private:
     struct Attribute
     {
         std::string_view name;
-        std::uint32_t valueBegin;
-        std::uint32_t valueEnd;
-        bool isAsciiName;
+        std::uint32_t valueBegin = 0;
+        std::uint32_t valueEnd = 0;
+        bool isAsciiName = false;
     };
 
     std::vector<Token> tokens;

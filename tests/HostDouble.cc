@@ -192,6 +192,8 @@ bool Database::convertMenuToCuix(const CStdStr<wchar_t>& source, CStdStr<wchar_t
 extern "C" {
 
 std::time_t __real_time(std::time_t* out);
+std::time_t __wrap_time(std::time_t* out);
+void* __wrap_malloc(std::size_t size);
 
 std::time_t __wrap_time(std::time_t* out)
 {

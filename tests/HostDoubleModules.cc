@@ -151,6 +151,9 @@ extern "C" {
 void* __real_dlopen(const char* name, int mode);
 void* __real_dlsym(void* handle, const char* name);
 int __real_dlclose(void* handle);
+void* __wrap_dlopen(const char* name, int mode);
+void* __wrap_dlsym(void* handle, const char* name);
+int __wrap_dlclose(void* handle);
 
 void* __wrap_dlopen(const char* name, int mode)
 {

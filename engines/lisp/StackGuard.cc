@@ -67,7 +67,7 @@ void leaveLisp(cl_env_ptr environment)
     }
 }
 
-void onFault(int number, siginfo_t* information, void*)
+void onFault(int number, siginfo_t* information, void* /*context*/)
 {
     if (::pthread_equal(lispThread, ::pthread_self()) != 0 && isAtEndOfStack(information->si_addr)) {
         const cl_env_ptr environment = ecl_process_env();

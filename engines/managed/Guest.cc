@@ -61,7 +61,7 @@ mono_bool registerCommand(MonoString* name, std::int32_t number)
 thread_local MonoAssembly* referenceBeingBound = nullptr;
 
 /// Asked by the runtime for each reference, before its own search.
-MonoAssembly* assemblyForReference(MonoAssemblyName*, void*)
+MonoAssembly* assemblyForReference(MonoAssemblyName* /*name*/, void* /*data*/)
 {
     return referenceBeingBound;
 }
@@ -86,7 +86,7 @@ void exitProcess(std::int32_t status)
     mono_raise_exception(endingOfProcess(status));
 }
 
-void failProcess(MonoString* message, MonoException*, MonoString*)
+void failProcess(MonoString* message, MonoException* /*cause*/, MonoString* /*source*/)
 {
     mono_raise_exception(failureOfProcess(message));
 }

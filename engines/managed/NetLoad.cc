@@ -3,6 +3,7 @@
 #include "engines/managed/Runtime.h"
 #include "engines/managed/Text.h"
 
+#include "host/Engines.h"
 #include "host/LocaleText.h"
 #include "host/StdString.h"
 
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <type_traits>
 #include <unistd.h>
 
 namespace {
@@ -68,8 +70,10 @@ engines::ManagedProblem load(const std::string& path)
 
 } // namespace
 
-/// host/Engines.h, NetLoad.
-extern "C" __attribute__((visibility("default"))) bool netLoad(const CStdStr<wchar_t>& path, int)
+// Declared by the type that hosts call it by: a wrong parameter does not compile.
+extern "C" __attribute__((visibility("default"))) std::remove_pointer_t<engines::NetLoad> netLoad;
+
+bool netLoad(const CStdStr<wchar_t>& path, int /*reserved*/)
 {
     KestEngineHost* host = kestEngineHost();
     if (host == nullptr) {

@@ -39,7 +39,7 @@ Entries entries;
 constexpr char kConfiguration[] =
     R"(<configuration><runtime><legacyUnhandledExceptionPolicy enabled="1"/></runtime></configuration>)";
 
-void logMessage(const char*, const char* level, const char* message, mono_bool isFatal, void*)
+void logMessage(const char* /*domain*/, const char* level, const char* message, mono_bool isFatal, void* /*data*/)
 {
     if (isFatal != 0) {
         std::abort(); // the runtime counts on it
@@ -66,10 +66,10 @@ MonoMethod* methodOf(MonoImage* image, const char* type, const char* method, int
 MonoImage* openKest()
 {
     MonoImageOpenStatus status = MONO_IMAGE_OK;
-    // The bytes live as long as the process, so they need no copy.
-    MonoImage* image =
-        mono_image_open_from_data_with_name(reinterpret_cast<char*>(const_cast<unsigned char*>(kestAssembly)),
-                                            static_cast<std::uint32_t>(kestAssemblySize), 0, &status, 0, "Kest.dll");
+    // The bytes live as long as the process, so they need no copy; the runtime only reads them.
+    auto* const bytes = const_cast<unsigned char*>(kestAssembly); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    MonoImage* image = mono_image_open_from_data_with_name(
+        reinterpret_cast<char*>(bytes), static_cast<std::uint32_t>(kestAssemblySize), 0, &status, 0, "Kest.dll");
     mono_assembly_load_from_full(image, "Kest.dll", &status, 0);
     return image;
 }

@@ -97,8 +97,8 @@ std::string Interpreter::boot()
     const auto begin = std::chrono::steady_clock::now();
     const std::string version = versionIn(api.getVersion());
     int minor = 0;
-    if (std::sscanf(version.c_str(), "3.%d", &minor) != 1 ||
-        minor < kOldestMinor) { // NOLINT(cert-err34-c): it cannot be out of range
+    // NOLINTNEXTLINE(cert-err34-c): it cannot be out of range
+    if (std::sscanf(version.c_str(), "3.%d", &minor) != 1 || minor < kOldestMinor) {
         return library + " is Python " + version + "; 3." + std::to_string(kOldestMinor) + " or later is needed";
     }
     const StandardLibrary standardLibrary = findStandardLibrary(api.libraryFile(), version);

@@ -40,7 +40,7 @@ private:
     std::string defineRuntime(const std::string& environment);
     std::string problemIn(PyObject* result);
 
-    static PyObject* print(PyObject* self, PyObject* text);
+    static PyObject* print(PyObject* self, PyObject* bytes);
     static PyObject* registerCommand(PyObject* self, PyObject* arguments);
     static PyObject* hostVersion(PyObject* self, PyObject* nothing);
 

@@ -6,6 +6,8 @@
 #include "host/Engines.h"
 #include "host/LocaleText.h"
 
+#include <type_traits>
+
 namespace {
 
 /// The library that the next script asks for.
@@ -29,12 +31,18 @@ std::string load(const std::wstring& path, KestEngineHost& host)
 
 } // namespace
 
-extern "C" __attribute__((visibility("default"))) void setPythonVersion(std::string libraryName)
+// Declared by the types that hosts call them by: a wrong parameter does not compile.
+extern "C" {
+__attribute__((visibility("default"))) std::remove_pointer_t<engines::SetPythonVersion> setPythonVersion;
+__attribute__((visibility("default"))) std::remove_pointer_t<engines::LoadPythonFile> loadPythonFile;
+}
+
+void setPythonVersion(std::string libraryName)
 {
     askedLibrary() = std::move(libraryName);
 }
 
-extern "C" __attribute__((visibility("default"))) int loadPythonFile(const wchar_t* path)
+int loadPythonFile(const wchar_t* path)
 {
     KestEngineHost* host = kestEngineHost();
     if (host == nullptr || path == nullptr) {

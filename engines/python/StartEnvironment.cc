@@ -19,7 +19,7 @@ StandardLibrary findStandardLibrary(const std::string& libraryFile, const std::s
         for (const char* libraries : {"/lib64/", "/lib/"}) {
             looked = home;
             looked.append(libraries).append(name);
-            if (::access(std::string(looked).append("/encodings/__init__.py").c_str(), R_OK) == 0) {
+            if (::access((looked + "/encodings/__init__.py").c_str(), R_OK) == 0) {
                 return {home, ""};
             }
         }

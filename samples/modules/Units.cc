@@ -73,7 +73,7 @@ std::optional<double> millimetresOf(const std::string& line)
     std::optional<double> sum;
     while (words >> amount) {
         const std::optional<double> value = number(amount);
-        const std::optional<double> factor = words >> unit ? millimetresPer(unit) : std::nullopt;
+        const std::optional<double> factor = (words >> unit) ? millimetresPer(unit) : std::nullopt;
         if (!value || !factor) {
             return std::nullopt;
         }

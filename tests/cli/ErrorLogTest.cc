@@ -9,6 +9,8 @@
 
 namespace cli {
 
+std::ostream& operator<<(std::ostream& stream, const ErrorLogText& log);
+
 std::ostream& operator<<(std::ostream& stream, const ErrorLogText& log)
 {
     stream << "time " << log.time << (log.isComplete ? ", complete" : ", not complete");

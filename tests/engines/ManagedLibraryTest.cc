@@ -15,7 +15,9 @@ class ManagedLibraryTest : public enginetest::ManagedFixture
 } // namespace
 
 /// Stands before the runtime's own function of this name, as this program's symbols come first.
-extern "C" __attribute__((visibility("default"))) const char* mono_assembly_getrootdir()
+extern "C" __attribute__((visibility("default"))) const char* mono_assembly_getrootdir();
+
+const char* mono_assembly_getrootdir()
 {
     if (!otherRoot.empty()) {
         return otherRoot.c_str();

@@ -88,7 +88,7 @@ TEST_F(MenuRegistrationModelTest, ThousandsOfRandomListsAreStoredAsTheRulesTell)
             << hostdouble::utf8(added);
         ASSERT_EQ(host.configuration[kBundleKey].text, isWritten ? added : previous);
         ASSERT_EQ(hostdouble::callsTo({"setValue"}).size(), isWritten ? 2U : 0U);
-        if (isWritten && expected.find(hostList) != 0) {
+        if (isWritten && !expected.starts_with(hostList)) {
             ++changed;
         }
     }

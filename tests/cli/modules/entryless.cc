@@ -1,5 +1,7 @@
 // A library that is no module.
-extern "C" [[gnu::visibility("default")]] int someOtherFunction(void)
+extern "C" [[gnu::visibility("default")]] int someOtherFunction(void);
+
+int someOtherFunction(void)
 {
     return 0;
 }

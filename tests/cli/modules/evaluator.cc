@@ -6,7 +6,9 @@
 #include <string>
 
 extern "C" [[gnu::visibility("default")]] int kestLispEvaluate(const char* expression, char* problem,
-                                                               std::size_t problemSize)
+                                                               std::size_t problemSize);
+
+int kestLispEvaluate(const char* expression, char* problem, std::size_t problemSize)
 {
     kestPrint((std::string("evaluating ") + expression + "\n").c_str());
     if (std::strstr(expression, "broken") != nullptr) {

@@ -1,14 +1,12 @@
 // Stands in for the autoloader library: the registration of menus ends with an error of the host.
+#include "bundle/EntryPoints.h"
 #include "host/ErrorStatus.h"
 
-extern "C" {
-
-[[gnu::visibility("default")]] void excuteCuix()
+void excuteCuix()
 {
     throw new VxErrorStatus(Kest::eOutOfMemory, L"\"\"", 0);
 }
 
-[[gnu::visibility("default")]] void excute() {}
+void excute() {}
 
-[[gnu::visibility("default")]] void loadIfCmdNeeded(const wchar_t*) {}
-}
+void loadIfCmdNeeded(const wchar_t*) {}

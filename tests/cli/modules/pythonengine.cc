@@ -3,10 +3,14 @@
 // "sulky" runs once and is "mute" from then on, "outer" fails since a script in it does, any other one runs; "hello"
 // registers the command "scripted", which fails.
 #include "host/EngineHost.h"
+#include "host/Engines.h"
 
 #include <string>
+#include <type_traits>
 
-extern "C" [[gnu::visibility("default")]] int loadPythonFile(const wchar_t* path)
+extern "C" [[gnu::visibility("default")]] std::remove_pointer_t<engines::LoadPythonFile> loadPythonFile;
+
+int loadPythonFile(const wchar_t* path)
 {
     static bool isStarted = false;
     static bool isSulking = false;

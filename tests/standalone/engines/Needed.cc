@@ -1,5 +1,7 @@
 // What another engine needs.
-extern "C" __attribute__((visibility("default"))) int kestTestNeeded()
+extern "C" __attribute__((visibility("default"))) int kestTestNeeded();
+
+int kestTestNeeded()
 {
     return 1;
 }

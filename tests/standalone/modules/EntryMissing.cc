@@ -1,6 +1,8 @@
 #include "ModuleExport.h"
 
-extern "C" KEST_EXPORT int kestSomethingElse(void)
+extern "C" KEST_EXPORT int kestSomethingElse(void);
+
+int kestSomethingElse(void)
 {
     return 0;
 }

@@ -15,12 +15,16 @@ std::vector<std::string> given;
 } // namespace
 
 /// The expressions that were evaluated in this process, oldest first.
-extern "C" KEST_EXPORT std::vector<std::string>* kestGivenExpressions()
+extern "C" KEST_EXPORT std::vector<std::string>* kestGivenExpressions();
+
+std::vector<std::string>* kestGivenExpressions()
 {
     return &given;
 }
 
-extern "C" KEST_EXPORT int kestLispEvaluate(const char* expression, char* problem, std::size_t problemSize)
+extern "C" KEST_EXPORT int kestLispEvaluate(const char* expression, char* problem, std::size_t problemSize);
+
+int kestLispEvaluate(const char* expression, char* problem, std::size_t problemSize)
 {
     given.emplace_back(expression);
     const std::string text(expression);
