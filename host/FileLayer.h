@@ -33,7 +33,7 @@ using FindHandle = void*;
 
 inline FindHandle invalidFindHandle() noexcept
 {
-    return reinterpret_cast<FindHandle>(~std::uintptr_t{0});
+    return reinterpret_cast<FindHandle>(~std::uintptr_t{0}); // NOLINT(performance-no-int-to-ptr): it points nowhere
 }
 
 extern "C" {

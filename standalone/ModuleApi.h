@@ -8,7 +8,7 @@ extern "C" {
 #endif
 
 /* A command. `context` is what was given at registration. A C++ exception that leaves it is reported, not fatal. */
-typedef void (*KestCommandFunction)(void* context);
+typedef void (*KestCommandFunction)(void* context); /* NOLINT(modernize-use-using): plain C */
 
 /* Registers `function` under `name` (letter case does not matter). Returns 1, or 0 when the name is empty, is not
    UTF-8, or has a function already. May be called from the module's entry and from commands. */
