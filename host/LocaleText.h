@@ -21,6 +21,11 @@ constexpr bool isUndecodableByte(wchar_t unit)
     return unit >= kUndecodableByte + 0x80 && unit <= kUndecodableByte + 0xFF;
 }
 
+constexpr bool isCodePoint(wchar_t unit)
+{
+    return static_cast<char32_t>(unit) <= 0x10FFFF;
+}
+
 /// Decodes the character that `text` begins with, in the encoding of the global locale, into `unit` and returns how
 /// many bytes it takes; 0 when there is none, or when narrowing would not give back these very bytes (some encodings
 /// have two codes for one character).
@@ -29,7 +34,8 @@ inline std::size_t decodedLength(std::string_view text, wchar_t& unit)
     std::mbstate_t state{};
     const std::size_t used = std::mbrtowc(&unit, text.data(), text.size(), &state);
     // Larger: an error, or a character cut off at the end. A decoder left in the middle holds back a second character.
-    if (used == 0 || used > text.size() || isUndecodableByte(unit) || std::mbsinit(&state) == 0) {
+    // The C library's UTF-8 goes on where that of the rest of the world ends.
+    if (used == 0 || used > text.size() || !isCodePoint(unit) || isUndecodableByte(unit) || std::mbsinit(&state) == 0) {
         return 0;
     }
     char encoded[MB_LEN_MAX];
@@ -61,11 +67,6 @@ inline std::wstring widen(std::string_view text)
         text.remove_prefix(used);
     }
     return wide;
-}
-
-constexpr bool isCodePoint(wchar_t unit)
-{
-    return static_cast<char32_t>(unit) <= 0x10FFFF;
 }
 
 /// Appends `unit` to `bytes` in UTF-8. What no code point is (above 0x10FFFF) becomes U+FFFD.

@@ -6,6 +6,7 @@
 
 #include <bit>
 #include <string>
+#include <vector>
 
 using localetext::narrow;
 using localetext::widen;
@@ -48,6 +49,19 @@ TEST_F(LocaleTextTest, BytesThatTheLocaleCannotDecodeAreCarriedOneByOne)
         << "a surrogate is no character, the private ones least of all";
     const TestLocale classic("C");
     EXPECT_EQ(widen("\xC3\xB6"), (std::wstring{undecoded(0xC3), undecoded(0xB6)}));
+}
+
+TEST_F(LocaleTextTest, Utf8BeyondTheLastCodePointIsCarriedByteByByte)
+{
+    for (const std::string& bytes :
+         std::vector<std::string>{"\xF4\x90\x80\x80", "\xF6\xA9\xA9\xA9", "\xF7\xBF\xBF\xBF"}) {
+        std::wstring expected;
+        for (const char byte : bytes) {
+            expected += undecoded(static_cast<unsigned char>(byte));
+        }
+        EXPECT_EQ(widen(bytes), expected);
+        EXPECT_EQ(narrow(expected), bytes);
+    }
 }
 
 TEST_F(LocaleTextTest, ZeroBytesAreText)
