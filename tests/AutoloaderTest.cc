@@ -1,8 +1,9 @@
 #include "tests/AutoloaderTest.h"
 
+#include "tests/FreshManager.h"
+
 #include <clocale>
 #include <cstdlib>
-#include <memory>
 
 AutoloaderTest::AutoloaderTest()
 {
@@ -19,18 +20,12 @@ AutoloaderTest::~AutoloaderTest()
 
 void AutoloaderTest::restartManager()
 {
-    KestBundleManager* one = KestBundleManager::getInstance();
-    std::destroy_at(one); // what it still says goes to the old host
-    hostdouble::reset();
-    std::construct_at(one);
-    host.calls.clear();
-    host.stringCopies = 0;
+    restartManagerAndHost();
 }
 
 std::string AutoloaderTest::problems() const
 {
-    const std::string log = hostdouble::logText();
-    return log.substr(std::min(log.size(), log.find('\n') + 1));
+    return loggedProblems();
 }
 
 void AutoloaderTest::install(const std::wstring& searchRoot, const std::wstring& name,

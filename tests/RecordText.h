@@ -1,8 +1,8 @@
 // What a bundle read from its manifest, as lines of text that a test can compare whole.
 #pragma once
 
+#include "host/LocaleText.h"
 #include "manifest/Bundle.h"
-#include "tests/HostDouble.h"
 
 #include <string>
 #include <string_view>
@@ -11,12 +11,21 @@
 
 namespace recordtext {
 
+inline void appendUtf8(std::string& bytes, std::wstring_view text)
+{
+    for (const wchar_t unit : text) {
+        localetext::appendUtf8(bytes, unit);
+    }
+}
+
 /// `label`, then " name=[text]" for each text that is not empty.
 inline std::string line(std::string label, std::initializer_list<std::pair<const char*, std::wstring_view>> texts)
 {
     for (const auto& [name, text] : texts) {
         if (!text.empty()) {
-            label += std::string(" ") + name + "=[" + hostdouble::utf8(text) + "]";
+            label += std::string(" ") + name + "=[";
+            appendUtf8(label, text);
+            label += "]";
         }
     }
     return label;

@@ -1,5 +1,6 @@
 // The stored lists against a telling of the rules that is as plain and slow as can be.
 #include "tests/AutoloaderTest.h"
+#include "tests/MenuListModel.h"
 
 #include <random>
 
@@ -7,48 +8,6 @@ namespace {
 
 const std::wstring kBundleKey = L"CUIX/LoadedBundleCuix";
 const std::wstring kHostKey = L"CUIX/LoadedCuix";
-
-std::vector<std::wstring> entriesOf(const std::wstring& list)
-{
-    std::vector<std::wstring> entries(1);
-    for (const wchar_t unit : list) {
-        if (unit == L';') {
-            entries.emplace_back();
-        } else {
-            entries.back() += unit;
-        }
-    }
-    return entries;
-}
-
-/// The host's list after `removed` was taken out of `list` at every place, from the front to the back.
-std::wstring without(const std::wstring& list, const std::wstring& removed)
-{
-    std::wstring rest = list;
-    for (std::size_t at = 0; at < rest.size() && !removed.empty();) {
-        if (rest.substr(at, removed.size()) == removed) {
-            rest = rest.substr(0, at) + rest.substr(at + removed.size());
-        } else {
-            ++at;
-        }
-    }
-    return rest;
-}
-
-/// The host's list that is stored.
-std::wstring hostListAfter(const std::wstring& hostList, const std::wstring& previous, const std::wstring& added)
-{
-    std::wstring list = hostList;
-    const std::vector<std::wstring> hostEntries = entriesOf(hostList);
-    for (const std::wstring& old : entriesOf(previous)) {
-        for (std::size_t i = 0; i < hostEntries.size(); ++i) {
-            if (hostEntries[i] == old) {
-                list = without(list, i == 0 ? old : L";" + old);
-            }
-        }
-    }
-    return added.empty() ? list : list + L";" + added;
-}
 
 class MenuRegistrationModelTest : public AutoloaderTest
 {
@@ -82,7 +41,7 @@ TEST_F(MenuRegistrationModelTest, ThousandsOfRandomListsAreStoredAsTheRulesTell)
         manager().writeCuixToConfig(added);
 
         const bool isWritten = !previous.empty() || !added.empty();
-        const std::wstring expected = isWritten ? hostListAfter(hostList, previous, added) : hostList;
+        const std::wstring expected = isWritten ? menulistmodel::hostListAfter(hostList, previous, added) : hostList;
         ASSERT_EQ(host.configuration[kHostKey].text, expected)
             << "host " << hostdouble::utf8(hostList) << ", previous " << hostdouble::utf8(previous) << ", added "
             << hostdouble::utf8(added);
