@@ -44,6 +44,18 @@ std::string replaced(std::string text, const std::string& what, const std::strin
     return text;
 }
 
+/// The words that start the tool at `tool`: itself, or an emulator of the machine that it is built for.
+std::vector<std::string> commandThatStarts(const std::string& tool)
+{
+    std::vector<std::string> words;
+    std::istringstream emulator(KEST_EMULATOR);
+    for (std::string word; std::getline(emulator, word, '|');) {
+        words.push_back(word);
+    }
+    words.push_back(tool);
+    return words;
+}
+
 /// The user who owns nothing.
 constexpr uid_t kNobody = 65534;
 
@@ -155,7 +167,7 @@ void ToolTest::installEngines() const
 ToolRun ToolTest::runTool(const std::vector<std::string>& arguments, const std::string& input)
 {
     write(path("input"), input);
-    std::vector<std::string> words = {path("tool/bin/kestbundle")};
+    std::vector<std::string> words = commandThatStarts(path("tool/bin/kestbundle"));
     words.insert(words.end(), arguments.begin(), arguments.end());
     const std::vector<char*> argumentPointers = pointersTo(words);
     const std::vector<char*> environmentPointers = pointersTo(environment);
