@@ -21,7 +21,7 @@ protected:
 
 constexpr wchar_t undecoded(int byte)
 {
-    return static_cast<wchar_t>(localetext::kUndecodableByte + byte);
+    return static_cast<wchar_t>(static_cast<int>(localetext::kUndecodableByte) + byte);
 }
 
 char byteOf(int value)
