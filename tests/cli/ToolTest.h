@@ -57,7 +57,7 @@ protected:
     /// Puts every engine that was built beside the tool.
     void installEngines() const;
 
-    /// Runs the tool with `arguments`; `input` is its standard input. A run that takes a minute is ended.
+    /// Runs the tool with `arguments`; `input` is its standard input. A run that takes far too long is ended.
     ToolRun runTool(const std::vector<std::string>& arguments, const std::string& input = "");
 
     /// From now on the tool runs as a user who is refused what permissions refuse; gives the whole tree to that user
