@@ -9,6 +9,14 @@ namespace {
 constexpr char kExpected[] =
     "; expected is one public class named Plugin with the method \"public static void Start()\"";
 
+// A handler for a stack that is full needs a stack of its own, and Mono for arm64 asks the system for none.
+#ifdef __aarch64__
+constexpr bool kCatchesStackOverflow = false;
+#else
+constexpr bool kCatchesStackOverflow = true;
+#endif
+constexpr char kNoOverflow[] = "Mono for arm64 sets up no signal stack: a stack overflow ends the process";
+
 class ManagedFailureTest : public enginetest::ManagedFixture
 {
 protected:
@@ -66,6 +74,9 @@ TEST_F(ManagedFailureTest, DivisionsByZeroInStartFailTheLoad)
 
 TEST_F(ManagedFailureTest, StackOverflowsOfStartFailTheLoad)
 {
+    if (!kCatchesStackOverflow) {
+        GTEST_SKIP() << kNoOverflow;
+    }
     const std::string path = place("StackOverflow");
     const auto before = enginetest::processState();
     for (int i = 0; i < 3; ++i) {
@@ -148,10 +159,20 @@ TEST_F(ManagedFailureTest, ACommandThatThrowsFailsAlone)
     ASSERT_TRUE(loadPlaced("Faults")) << console;
     const std::string null = "System.NullReferenceException: Object reference not set to an instance of an object.";
     const std::string zero = "System.DivideByZeroException: Attempted to divide by zero.";
-    const std::string overflow = "System.StackOverflowException: The requested operation caused a stack overflow.";
     const auto before = enginetest::processState();
     commandFailsWith(L"NULL", null, null + "\n");
     commandFailsWith(L"DIVIDE", zero, zero + "\n");
+    EXPECT_EQ(enginetest::processState(), before);
+}
+
+TEST_F(ManagedFailureTest, ACommandThatOverflowsTheStackFailsAlone)
+{
+    if (!kCatchesStackOverflow) {
+        GTEST_SKIP() << kNoOverflow;
+    }
+    ASSERT_TRUE(loadPlaced("Faults")) << console;
+    const std::string overflow = "System.StackOverflowException: The requested operation caused a stack overflow.";
+    const auto before = enginetest::processState();
     commandFailsWith(L"OVERFLOW", overflow, overflow + "\n");
     EXPECT_EQ(enginetest::processState(), before);
 }
