@@ -94,8 +94,6 @@ TEST_F(ComponentLoadersTest, TheResultOfTheDynamicLinkerIsTheResult)
 class ComponentLoadersDeathTest : public ComponentLoadersTest
 {
 protected:
-    ComponentLoadersDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-
     void loadNativeModule()
     {
         std::signal(SIGSEGV, SIG_DFL); // a sanitizer would report the fault and end the process its own way
