@@ -91,7 +91,7 @@ ErrorLogFile readErrorLog(const std::string& path)
         }
         log.text = parseErrorLog(bytes);
         if (log.problem.empty() && !log.text.isComplete) {
-            log.problem = "it is cut off: the disk may be full";
+            log.problem = "it is cut off: the disk may be full, or another run has emptied it meanwhile";
         }
     }
     return log;

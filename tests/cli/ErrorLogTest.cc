@@ -134,7 +134,7 @@ TEST_F(ErrorLogFileTest, ALogThatIsCutOffIsNotReliedOn)
     write(file, "T\n" + kSplit + "/p loading failed\n" + kSplit + "/q load");
     const File writer(std::fopen(file.c_str(), "a"));
     const cli::ErrorLogFile log = cli::readErrorLog(file);
-    EXPECT_EQ(log.problem, "it is cut off: the disk may be full");
+    EXPECT_EQ(log.problem, "it is cut off: the disk may be full, or another run has emptied it meanwhile");
     EXPECT_EQ(log.text, (ErrorLogText{"T", {{"/p", "loading failed"}, {"/q load", ""}}, false}));
 }
 
