@@ -58,6 +58,7 @@ TEST_F(ConfigurationTurnTest, ATurnIsKeptAsAWholeWhenItEnds)
                               return 0;
                           },
                           nullptr, nullptr);
+                      sqlite3_close(other);
                   })),
                   0);
     }
