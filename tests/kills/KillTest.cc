@@ -55,7 +55,7 @@ const std::wstring KillTest::kOwnMenus = L"/own/first.cuix;/own/zweites Menü.cu
 std::ostream& operator<<(std::ostream& stream, const HomeState& state)
 {
     return stream << "the bundles' menus " << bytesOf(state.bundleMenus) << "\nthe host's menus "
-                  << bytesOf(state.hostMenus) << "\nconverted menu " << state.convertedMenu << "\n";
+                  << bytesOf(state.hostMenus) << "\na converted menu of " << state.convertedMenu.size() << " bytes\n";
 }
 
 void KillTest::installSet(std::size_t number) const
