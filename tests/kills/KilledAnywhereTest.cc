@@ -33,17 +33,23 @@ protected:
         return wanted != nullptr ? std::strtoul(wanted, nullptr, 10) : 40;
     }
 
-    /// The numbers of the calls to be killed at: those around each change on disk, then others all over the run.
+    /// The numbers of the calls to be killed at, at least eight: three quarters of them beside the changes on disk, as
+    /// far as there are so many, the others all over the run.
     static std::vector<long> pointsOf(const CountedRun& whole, std::size_t wanted)
     {
-        std::vector<long> points;
+        std::vector<long> besideChanges;
         for (const long change : whole.changingCalls) {
-            points.push_back(change);
-            points.push_back(change + 1); // after it
+            besideChanges.push_back(change);
+            besideChanges.push_back(change + 1); // after it
         }
-        const std::size_t others = std::max(wanted, points.size() + 10) - points.size();
-        for (std::size_t i = 0; i < others; ++i) {
-            points.push_back(1 + static_cast<long>(i) * whole.calls / static_cast<long>(others));
+        const std::size_t all = std::max<std::size_t>(wanted, 8);
+        const std::size_t beside = std::min(all * 3 / 4, besideChanges.size());
+        std::vector<long> points;
+        for (std::size_t i = 0; i < beside; ++i) {
+            points.push_back(besideChanges[i * (besideChanges.size() - 1) / (beside - 1)]);
+        }
+        for (std::size_t i = 0; i < all - beside; ++i) {
+            points.push_back(1 + static_cast<long>(i) * whole.calls / static_cast<long>(all - beside));
         }
         return points;
     }
