@@ -68,6 +68,17 @@ int parseAndRun(int argumentCount, char** arguments)
                : complain("standard output could not be written", cli::kSomethingFailed);
 }
 
+int runOrComplain(int argumentCount, char** arguments)
+{
+    try {
+        return parseAndRun(argumentCount, arguments);
+    } catch (const cli::WrongUse& wrong) {
+        return complain(wrong.what(), cli::kWrongUse);
+    } catch (...) {
+        return complain("the run ended with " + standalone::describeCaughtError(), cli::kSomethingFailed);
+    }
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
@@ -75,10 +86,9 @@ int main(int argumentCount, char** arguments)
     fillStandardDescriptors();
     followLocale();
     try {
-        return parseAndRun(argumentCount, arguments);
-    } catch (const cli::WrongUse& wrong) {
-        return complain(wrong.what(), cli::kWrongUse);
-    } catch (...) {
-        return complain("the run ended with " + standalone::describeCaughtError(), cli::kSomethingFailed);
+        return runOrComplain(argumentCount, arguments);
+    } catch (...) { // there was no memory to say more
+        std::fputs("kestbundle: the run ended for lack of memory\n", stderr);
+        return cli::kSomethingFailed;
     }
 }
