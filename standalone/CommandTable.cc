@@ -61,16 +61,26 @@ bool CommandRegistry::add(std::string_view name, std::function<std::string()> fu
     }
     Registration* const registration = registering.empty() ? nullptr : registering.back();
     const std::string module = registration != nullptr ? registration->module : "";
-    const auto [place, isNew] = registered.try_emplace(upperCase(std::move(*wide)));
-    if (!isNew && !(mayReplaceItsOwn && !module.empty() && place->second.module == module)) {
+    const std::wstring key = upperCase(std::move(*wide));
+    const auto found = registered.find(key);
+    const bool isNew = found == registered.end();
+    if (!isNew && !(mayReplaceItsOwn && !module.empty() && found->second.module == module)) {
         return false;
     }
-    place->second = {std::move(function), module};
-    if (registration != nullptr) {
-        registration->names.push_back(place->first);
+    Command command{std::move(function), module};
+    if (registration != nullptr) { // first: without memory for this, the command would outlive its module
+        registration->names.push_back(key);
     }
-    if (isNew) {
-        journal.add(CommandRegistered{place->first, displayable(std::string_view(module))});
+    if (!isNew) {
+        found->second = std::move(command);
+        return true;
+    }
+    const auto place = registered.emplace(key, std::move(command)).first;
+    try {
+        journal.add(CommandRegistered{key, displayable(std::string_view(module))});
+    } catch (...) {
+        registered.erase(place);
+        throw;
     }
     return true;
 }
