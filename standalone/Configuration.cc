@@ -53,6 +53,7 @@ void Configuration::startTurn()
         lock.release();
         unusable = false;
         wrote = false;
+        isLost = false;
         failure.clear();
         writes.clear();
         try {
@@ -122,7 +123,9 @@ void Configuration::endTurn()
         return;
     }
     try {
-        if (wrote && failure.empty() && !transaction->commit()) {
+        if (isLost) {
+            tellLoss();
+        } else if (wrote && !transaction->commit()) {
             failTurn("The configuration file \"" + displayable(std::string_view(path)) + "\" could not be written",
                      transaction->problem());
         }
@@ -132,8 +135,18 @@ void Configuration::endTurn()
     lock.release();
 }
 
+/// Says why the turn is lost when there was no memory to say it at once.
+void Configuration::tellLoss()
+{
+    if (failure.empty()) {
+        failTurn("The configuration file \"" + displayable(std::string_view(path)) + "\" could not be read",
+                 "out of memory; close other programs and try again");
+    }
+}
+
 void Configuration::failTurn(const std::string& what, const std::string& problem)
 {
+    isLost = true; // first: the rest needs memory
     if (failure == problem) {
         return; // said already
     }
@@ -171,7 +184,13 @@ Configuration::Reading Configuration::read(int selector, const std::wstring& key
     if (!transaction) {
         return Reading::kMissing;
     }
-    const Reading reading = transaction->read(selector, key, found);
+    Reading reading = Reading::kFailed;
+    try {
+        reading = transaction->read(selector, key, found);
+    } catch (...) { // no memory
+        loseTurn();
+        throw;
+    }
     if (reading == Reading::kFailed) {
         failTurn("The configuration file \"" + displayable(std::string_view(path)) + "\" could not be read",
                  transaction->problem());
@@ -196,17 +215,19 @@ ConfigurationWrite Configuration::writeInTurn(int selector, const std::wstring& 
 {
     ConfigurationWrite entry{key, L"", text, false, ""};
     Reading reading = Reading::kFailed;
-    if (failure.empty()) {
+    if (isLost) {
+        tellLoss();
+    } else {
         reading = read(selector, key, entry.before);
     }
-    if (failure.empty() && (reading == Reading::kMissing || entry.before != text)) {
+    if (!isLost && (reading == Reading::kMissing || entry.before != text)) {
         if (!makeFile() || !transaction->write(selector, key, text)) {
             failTurn("The configuration file \"" + displayable(std::string_view(path)) + "\" could not be written",
                      transaction->problem());
         }
         wrote = true;
     }
-    entry.stored = failure.empty();
+    entry.stored = !isLost;
     entry.problem = failure;
     return entry;
 }

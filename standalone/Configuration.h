@@ -60,6 +60,9 @@ public:
     /// it was refused; within a turn true can still be taken back at its end, which the journal entry then says.
     bool store(int selector, const std::wstring& key, const std::wstring& text);
 
+    /// What was read did not reach whoever asked for it: like a read that failed, this loses the turn.
+    void loseTurn() noexcept { isLost = true; }
+
     /// Notes in the journal that a value for `key` was refused before it came to storing it.
     void noteRefusal(const std::wstring& key, std::string problem);
 
@@ -71,6 +74,7 @@ private:
     void openTurn(std::chrono::steady_clock::time_point deadline);
     ConfigurationWrite writeInTurn(int selector, const std::wstring& key, const std::wstring& text);
     bool makeFile();
+    void tellLoss();
     void failTurn(const std::string& what, const std::string& problem);
     void takeBackWrites();
 
@@ -83,7 +87,8 @@ private:
     std::optional<ConfigurationFile> transaction; ///< none while there is no file
     bool unusable = false;                        ///< the turn was not had: reads fail as well
     bool wrote = false;
-    std::string failure;             ///< why the turn is lost; empty while it is not
+    bool isLost = false;             ///< the turn is undone at its end
+    std::string failure;             ///< why the turn is lost; empty while it is not, or nobody has said it yet
     std::vector<std::size_t> writes; ///< the turn's entries in the journal
 };
 

@@ -58,9 +58,15 @@ Kest::ErrorStatus TarvixConfig::getValue(Path path, const wchar_t* key, KestVari
     if (key == nullptr) {
         return Kest::eInvalidInput;
     }
+    standalone::Configuration& store = standalone::Host::current().configuration();
+    // A value that exists and yet is not handed over looks empty to whoever stores it again.
+    const auto outOfMemory = [&store] {
+        store.loseTurn();
+        return Kest::eOutOfMemory;
+    };
     try {
         std::wstring text;
-        switch (standalone::Host::current().configuration().read(path, key, text)) {
+        switch (store.read(path, key, text)) {
         case Reading::kMissing:
             return standalone::kKeyNotFound;
         case Reading::kFailed:
@@ -70,14 +76,14 @@ Kest::ErrorStatus TarvixConfig::getValue(Path path, const wchar_t* key, KestVari
         }
         void* block = newTextBlock(text);
         if (block == nullptr) {
-            return Kest::eOutOfMemory;
+            return outOfMemory();
         }
         std::free(value.block);
         value.type = KestVariant::kText;
         value.block = block;
         return Kest::eOk;
     } catch (const std::bad_alloc&) {
-        return Kest::eOutOfMemory;
+        return outOfMemory();
     }
 }
 
