@@ -36,8 +36,12 @@ int FolderListing::read(const char* path)
     if (folder < 0) {
         return errno;
     }
-    const int error = readEntries(folder);
-    ::close(folder);
+    const struct Closing // also when there is no memory for the names
+    {
+        int folder;
+        ~Closing() { ::close(folder); }
+    } closing{folder};
+    const int error = readEntries(closing.folder);
     if (error != 0) {
         entries.clear();
         return error;
@@ -73,7 +77,9 @@ void FolderListing::add(int folder, const char* name, unsigned char type)
     bool isFolder = type == DT_DIR;
     if (type == DT_LNK || type == DT_UNKNOWN) { // the record does not say it
         struct stat status = {};
-        isFolder = ::fstatat(folder, name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+        // What is there but cannot be examined counts as a folder: whoever lists it is then told why that fails.
+        isFolder = ::fstatat(folder, name, &status, 0) == 0 ? S_ISDIR(status.st_mode)
+                                                            : errno != ENOENT && errno != ENOTDIR && errno != ELOOP;
     }
     const std::wstring wide = localetext::widen(name);
     entries.push_back({names.size(), static_cast<std::uint32_t>(wide.size()), isFolder});
