@@ -5,8 +5,9 @@
 
 #include <cerrno>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
-#include <filesystem>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,15 +25,18 @@ bool isSameFile(const struct stat& one, const struct stat& other)
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-/// Whether this process has `file` open.
+/// Whether this process has `file` open. The standard library's own listing would end the process without memory.
 bool isOpenHere(const struct stat& file)
 {
-    std::error_code error;
-    for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd", error)) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir("/proc/self/fd"), ::closedir);
+    if (!folder) {
+        return false;
+    }
+    while (const dirent* const descriptor = ::readdir(folder.get())) {
         struct stat opened
         {
         };
-        if (::stat(descriptor.path().c_str(), &opened) == 0 && isSameFile(opened, file)) {
+        if (::fstatat(::dirfd(folder.get()), descriptor->d_name, &opened, 0) == 0 && isSameFile(opened, file)) {
             return true;
         }
     }
@@ -57,19 +61,20 @@ std::string readAll(const std::string& path, std::string& bytes)
     if (descriptor < 0) {
         return reasonOf(errno);
     }
+    const struct Closing // also when there is no memory for the bytes
+    {
+        int file;
+        ~Closing() { ::close(file); }
+    } closing{descriptor};
     char buffer[65536];
-    std::string problem;
     for (;;) {
-        const ssize_t length = ::read(descriptor, buffer, sizeof(buffer));
+        const ssize_t length = ::read(closing.file, buffer, sizeof(buffer));
         if (length > 0) {
             bytes.append(buffer, static_cast<std::size_t>(length));
         } else if (length == 0 || errno != EINTR) {
-            problem = length == 0 ? "" : reasonOf(errno);
-            break;
+            return length == 0 ? "" : reasonOf(errno);
         }
     }
-    ::close(descriptor);
-    return problem;
 }
 
 } // namespace
