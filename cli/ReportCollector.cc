@@ -7,6 +7,7 @@
 #include "host/LocaleText.h"
 #include "standalone/CommandTable.h"
 #include "standalone/Host.h"
+#include "standalone/Utf8.h"
 
 #include <algorithm>
 #include <cmath>
@@ -221,6 +222,19 @@ void ReportCollector::judgeBundles()
     attributeAnnouncements();
 }
 
+/// Reads the manifest of `bundle` once more; that this fails now must not pass for a manifest that names nothing.
+void ReportCollector::readComponents(BundleFacts& bundle)
+{
+    const std::size_t entry = host.journal().entries().size();
+    bundle.components = readManifestComponents(bundle.manifest);
+    const auto& again = std::get<standalone::ManifestRead>(host.journal().at(entry));
+    if (bundle.read.problem.empty() && !again.problem.empty()) {
+        report.notices.push_back({"The manifest \"" + standalone::displayable(std::wstring_view(bundle.manifest)) +
+                                  "\" could not be read once more: " + again.problem +
+                                  "; what it announces is not all in this report"});
+    }
+}
+
 void ReportCollector::attributeAnnouncements()
 {
     std::unordered_map<std::wstring, std::optional<std::size_t>> ownerByName;
@@ -232,7 +246,7 @@ void ReportCollector::attributeAnnouncements()
         if (bundle.state != BundleFacts::State::kKept && bundle.state != BundleFacts::State::kUnknown) {
             continue;
         }
-        bundle.components = readManifestComponents(bundle.manifest);
+        readComponents(bundle);
         std::set<std::wstring_view> seen;
         for (const ManifestComponent& component : bundle.components) {
             for (const std::wstring& name : component.commands) {

@@ -198,6 +198,7 @@ private:
     void countFromLog();
     void countMenus();
     void attributeAnnouncements();
+    void readComponents(BundleFacts& bundle);
 
     RunReport& report;
     standalone::Host& host;
