@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <new>
 #include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,6 +25,9 @@ inline void giveText(KestVariant& value, const std::wstring& text)
 {
     const auto count = static_cast<std::int32_t>((text.size() + 1) * 4 + 4);
     char* block = static_cast<char*>(std::malloc(static_cast<std::size_t>(count)));
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
     std::memcpy(block, &count, 4);
     std::memcpy(block + 4, text.c_str(), static_cast<std::size_t>(count) - 4);
     std::free(value.block);

@@ -1,0 +1,142 @@
+// Memory as the process under test sees it: operator new, and the C library's functions for everybody else.
+#include "tests/faults/FaultPoint.h"
+
+#include <cstdlib>
+#include <new>
+
+using faults::Kind;
+using faults::strike;
+
+// The functions that would have been used without the ones below; asking the dynamic linker for them needs memory.
+#ifdef KEST_INSTRUMENTED
+#define KEST_NEXT(name) __interceptor_##name
+#else
+#define KEST_NEXT(name) __libc_##name
+#endif
+
+extern "C" {
+
+void* KEST_NEXT(malloc)(std::size_t size);
+void* KEST_NEXT(calloc)(std::size_t count, std::size_t size);
+void* KEST_NEXT(realloc)(void* block, std::size_t size);
+
+void* malloc(std::size_t size) noexcept
+{
+    return strike(Kind::kMalloc, "malloc") != nullptr ? nullptr : KEST_NEXT(malloc)(size);
+}
+
+void* calloc(std::size_t count, std::size_t size) noexcept
+{
+    return strike(Kind::kMalloc, "calloc") != nullptr ? nullptr : KEST_NEXT(calloc)(count, size);
+}
+
+void* realloc(void* block, std::size_t size) noexcept
+{
+    return strike(Kind::kMalloc, "realloc") != nullptr ? nullptr : KEST_NEXT(realloc)(block, size);
+}
+
+} // extern "C"
+
+namespace {
+
+void* allocate(std::size_t size, std::size_t alignment) noexcept
+{
+    if (strike(Kind::kNew, "operator new") != nullptr) {
+        return nullptr;
+    }
+    if (alignment > __STDCPP_DEFAULT_NEW_ALIGNMENT__) {
+        void* block = nullptr;
+        return ::posix_memalign(&block, alignment, size) == 0 ? block : nullptr;
+    }
+    return KEST_NEXT(malloc)(size > 0 ? size : 1);
+}
+
+void* allocateOrThrow(std::size_t size, std::size_t alignment)
+{
+    if (void* const block = allocate(size, alignment)) {
+        return block;
+    }
+    throw std::bad_alloc();
+}
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    return allocateOrThrow(size, 1);
+}
+
+void* operator new[](std::size_t size)
+{
+    return allocateOrThrow(size, 1);
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    return allocateOrThrow(size, static_cast<std::size_t>(alignment));
+}
+
+void* operator new[](std::size_t size, std::align_val_t alignment)
+{
+    return allocateOrThrow(size, static_cast<std::size_t>(alignment));
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return allocate(size, 1);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return allocate(size, 1);
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept
+{
+    return allocate(size, static_cast<std::size_t>(alignment));
+}
+
+void* operator new[](std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept
+{
+    return allocate(size, static_cast<std::size_t>(alignment));
+}
+
+void operator delete(void* block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void* block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void* block, std::size_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void* block, std::align_val_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void* block, std::align_val_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void* block, std::size_t, std::align_val_t) noexcept
+{
+    std::free(block);
+}
