@@ -94,6 +94,18 @@ TEST_F(CommandLoadTest, AScriptWithoutAPythonVersionIsNotLoaded)
     EXPECT_EQ(invoke(L"PY"), Lines()) << "paths are compared exactly";
 }
 
+TEST_F(CommandLoadTest, APythonVersionOnRecordMakesNoScriptOfAModuleOfAnotherKind)
+{
+    const Lines net = invoke(L"NET");
+    const Lines krx = invoke(L"KRX");
+    const Lines lsp = invoke(L"LSP");
+    manager().pythonVersionMap = {
+        {L"/b/a.dll", L"python3.11"}, {L"/b/a.krx", L"python3.11"}, {L"/b/a.lsp", L"python3.11"}};
+    EXPECT_EQ(invoke(L"NET"), net);
+    EXPECT_EQ(invoke(L"KRX"), krx);
+    EXPECT_EQ(invoke(L"LSP"), lsp);
+}
+
 TEST_F(CommandLoadTest, ThePythonVersionGoesThroughTheEncodingOfTheLocale)
 {
     manager().pythonVersionMap = {{L"/b/a.py", L"\u00e4"}};
