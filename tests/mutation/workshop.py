@@ -107,7 +107,7 @@ class Workshop:
         tests = place / "kest_unit_tests"
         if self._link(self.link_tests, replaced, {"-o bin/kest_unit_tests": f"-o {tests}"}) != 0:
             return "not compiled"
-        if self._tests([tests, f"--gtest_filter=-{_LEFT_OUT}:{':'.join(_SLOW)}"], 1024 * _MEBI, 20) != 0:
+        if self._tests([tests, f"--gtest_filter=-{_LEFT_OUT}:{':'.join(_SLOW)}"], 1024 * _MEBI, 5) != 0:
             return "noticed"
         slow = ":".join(pattern for pattern, paths in _SLOW.items() if path in paths)
         if slow and self._tests([tests, f"--gtest_filter={slow}-{_LEFT_OUT}"], 1024 * _MEBI, 120) != 0:
@@ -137,7 +137,7 @@ class Workshop:
         return self._run([*map(str, command), "--gtest_fail_fast", "--gtest_brief=1"], _limited(memory, seconds))
 
     def _run(self, command, limit):
-        """The exit status; what takes too long of the processor's or, ten times as much, of the clock's time fails."""
+        """The exit status. What takes too much of the processor's time fails, and what sleeps for long."""
         process = subprocess.Popen(command, cwd=self.build, preexec_fn=limit, start_new_session=True,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)  # fmt: skip
         try:
