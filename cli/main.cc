@@ -6,6 +6,7 @@
 #include "standalone/Utf8.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <fcntl.h>
@@ -32,7 +33,7 @@ void followLocale()
 void fillStandardDescriptors()
 {
     for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (::fcntl(number, F_GETFD) < 0) {
+        if (::fcntl(number, F_GETFD) < 0 && errno == EBADF) {
             static_cast<void>(::open("/dev/null", O_RDONLY)); // takes the lowest number, which is this one
         }
     }
