@@ -1,4 +1,5 @@
-// Memory as the process under test sees it: operator new, and the C library's functions for everybody else.
+// Memory as the process under test sees it: operator new, and the C library's functions for everybody else. The latter
+// are the address sanitizer's own in an instrumented program, which allocates before it can run any code of ours.
 #include "tests/faults/FaultPoint.h"
 
 #include <cstdlib>
@@ -7,37 +8,43 @@
 using faults::Kind;
 using faults::strike;
 
-// The functions that would have been used without the ones below; asking the dynamic linker for them needs memory.
-#ifdef KEST_INSTRUMENTED
-#define KEST_NEXT(name) __interceptor_##name
-#else
-#define KEST_NEXT(name) __libc_##name
-#endif
-
+#ifndef KEST_INSTRUMENTED
 extern "C" {
 
-void* KEST_NEXT(malloc)(std::size_t size);
-void* KEST_NEXT(calloc)(std::size_t count, std::size_t size);
-void* KEST_NEXT(realloc)(void* block, std::size_t size);
+// The functions that would have been used without the ones below; asking the dynamic linker for them needs memory.
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
 
 void* malloc(std::size_t size) noexcept
 {
-    return strike(Kind::kMalloc, "malloc") != nullptr ? nullptr : KEST_NEXT(malloc)(size);
+    return strike(Kind::kMalloc, "malloc") != nullptr ? nullptr : __libc_malloc(size);
 }
 
 void* calloc(std::size_t count, std::size_t size) noexcept
 {
-    return strike(Kind::kMalloc, "calloc") != nullptr ? nullptr : KEST_NEXT(calloc)(count, size);
+    return strike(Kind::kMalloc, "calloc") != nullptr ? nullptr : __libc_calloc(count, size);
 }
 
 void* realloc(void* block, std::size_t size) noexcept
 {
-    return strike(Kind::kMalloc, "realloc") != nullptr ? nullptr : KEST_NEXT(realloc)(block, size);
+    return strike(Kind::kMalloc, "realloc") != nullptr ? nullptr : __libc_realloc(block, size);
 }
 
 } // extern "C"
+#endif
 
 namespace {
+
+/// Memory for operator new, whose failures are a kind of their own.
+void* unstruck(std::size_t size) noexcept
+{
+#ifdef KEST_INSTRUMENTED
+    return std::malloc(size);
+#else
+    return __libc_malloc(size);
+#endif
+}
 
 void* allocate(std::size_t size, std::size_t alignment) noexcept
 {
@@ -48,7 +55,7 @@ void* allocate(std::size_t size, std::size_t alignment) noexcept
         void* block = nullptr;
         return ::posix_memalign(&block, alignment, size) == 0 ? block : nullptr;
     }
-    return KEST_NEXT(malloc)(size > 0 ? size : 1);
+    return unstruck(size > 0 ? size : 1);
 }
 
 void* allocateOrThrow(std::size_t size, std::size_t alignment)
