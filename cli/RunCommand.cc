@@ -13,8 +13,10 @@
 #include "host/LocaleText.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdlib>
 #include <optional>
+#include <system_error>
 
 namespace cli {
 
@@ -43,7 +45,9 @@ void setHome(const RunOptions& options)
     } else {
         throw WrongUse("HOME is not set; set it, or say --home DIR");
     }
-    ::setenv("HOME", home.c_str(), 1);
+    if (::setenv("HOME", home.c_str(), 1) != 0) { // another home must not be touched instead
+        throw std::system_error(errno, std::generic_category(), "HOME cannot be set");
+    }
 }
 
 standalone::HostSettings settingsFrom(const RunOptions& options)
