@@ -44,18 +44,6 @@ std::string replaced(std::string text, const std::string& what, const std::strin
     return text;
 }
 
-/// The words that start the tool at `tool`: itself, or an emulator of the machine that it is built for.
-std::vector<std::string> commandThatStarts(const std::string& tool)
-{
-    std::vector<std::string> words;
-    std::istringstream emulator(KEST_EMULATOR);
-    for (std::string word; std::getline(emulator, word, '|');) {
-        words.push_back(word);
-    }
-    words.push_back(tool);
-    return words;
-}
-
 /// The user who owns nothing.
 constexpr uid_t kNobody = 65534;
 
@@ -162,6 +150,17 @@ void ToolTest::installEngines() const
     for (const char* engine : {"libKestLispEvaluator.so", "libVxPythonLoad.so", "VxManagedCommand.dll"}) {
         fs::create_symlink(fs::path(KEST_ENGINE_FOLDER) / engine, path("tool/lib/") + engine);
     }
+}
+
+std::vector<std::string> ToolTest::commandThatStarts(const std::string& tool)
+{
+    std::vector<std::string> words;
+    std::istringstream emulator(KEST_EMULATOR);
+    for (std::string word; std::getline(emulator, word, '|');) {
+        words.push_back(word);
+    }
+    words.push_back(tool);
+    return words;
 }
 
 ToolRun ToolTest::runTool(const std::vector<std::string>& arguments, const std::string& input)

@@ -57,6 +57,9 @@ protected:
     /// Puts every engine that was built beside the tool.
     void installEngines() const;
 
+    /// The words that start the tool at `tool`: itself, or an emulator of the machine that it is built for.
+    static std::vector<std::string> commandThatStarts(const std::string& tool);
+
     /// Runs the tool with `arguments`; `input` is its standard input. A run that takes far too long is ended.
     ToolRun runTool(const std::vector<std::string>& arguments, const std::string& input = "");
 

@@ -137,7 +137,8 @@ HomeState KillTest::left() const
 ProcessCommand KillTest::command() const
 {
     ProcessCommand command;
-    command.words = {path("tool/bin/kestbundle"), "run", "--program-dir", path("program")};
+    command.words = commandThatStarts(path("tool/bin/kestbundle"));
+    command.words.insert(command.words.end(), {"run", "--program-dir", path("program")});
     command.environment = environment;
     command.output = path("output");
     // The leak checker cannot work in a process that is watched already.
