@@ -56,8 +56,8 @@ std::string textOf(const ExpressionFacts& facts)
                         : !facts.evaluated     ? "waiting"
                         : facts.succeeded      ? "evaluated"
                                                : "failed";
-    const auto milliseconds = facts.evaluated ? std::optional(facts.milliseconds) : std::nullopt;
-    return labelled(state, timed(shown(facts.queued.expression), milliseconds)) +
+    const std::string expression = shown(facts.queued.expression);
+    return labelled(state, facts.evaluated ? timed(expression, facts.milliseconds) : expression) +
            problemText(facts.queued.accepted ? facts.problem : facts.queued.problem);
 }
 
