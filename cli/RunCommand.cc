@@ -3,7 +3,6 @@
 #include "cli/ConsoleEcho.h"
 #include "cli/ExitStatus.h"
 #include "cli/Library.h"
-#include "cli/OptionFolder.h"
 #include "cli/Prompt.h"
 #include "cli/ReportJson.h"
 #include "cli/ReportText.h"
@@ -13,10 +12,8 @@
 #include "host/LocaleText.h"
 
 #include <CLI/CLI.hpp>
-#include <cerrno>
-#include <cstdlib>
+#include <memory>
 #include <optional>
-#include <system_error>
 
 namespace cli {
 
@@ -33,35 +30,6 @@ constexpr char kExamples[] = R"(Examples:
       Start as a host on another machine would, and write the report as JSON.
 
 Exit status: 0 all went well, 1 something in the run did not, 2 wrong use.)";
-
-/// Sets HOME to the folder asked for. Throws WrongUse when there is none.
-void setHome(const RunOptions& options)
-{
-    std::string home;
-    if (!options.home.empty()) {
-        home = existingFolder("--home", options.home);
-    } else if (const char* environment = std::getenv("HOME")) {
-        home = existingFolder("HOME", environment);
-    } else {
-        throw WrongUse("HOME is not set; set it, or say --home DIR");
-    }
-    if (::setenv("HOME", home.c_str(), 1) != 0) { // another home must not be touched instead
-        throw std::system_error(errno, std::generic_category(), "HOME cannot be set");
-    }
-}
-
-standalone::HostSettings settingsFrom(const RunOptions& options)
-{
-    standalone::HostSettings settings;
-    settings.programFolder =
-        options.programDir.empty() ? toolFolder() : existingFolder("--program-dir", options.programDir);
-    settings.engineFolder = libraryFolder();
-    settings.configurationFile =
-        options.config.empty() ? standalone::userConfigurationFolder() + "/standalone.sqlite" : options.config;
-    settings.vernum = localetext::widen(options.vernum);
-    settings.productName = localetext::widen(options.product);
-    return settings;
-}
 
 /// Shows the parts of the report as they come about; as JSON, all of it at the end.
 int runAndReport(const RunOptions& options, RunSession& session)
@@ -92,24 +60,15 @@ int runAndReport(const RunOptions& options, RunSession& session)
 
 } // namespace
 
-CLI::App* addRunCommand(CLI::App& app, RunOptions& options)
+void addRunCommand(CLI::App& app, Action& chosen)
 {
     CLI::App* run = app.add_subcommand("run", "Start the stand-alone host with the installed bundles and report");
-    const auto text = [&](const char* name, std::string& target, const char* value, const char* help) {
-        run->add_option(name, target, help)->type_name(value)->take_last()->check([name](const std::string& given) {
-            return given.empty() ? std::string(name) + " must not be empty" : std::string();
-        });
-    };
-    text("--home", options.home, "DIR", "Use DIR as the home folder (default: HOME)");
-    text("--program-dir", options.programDir, "DIR", "Use DIR as the host's program folder (default: this tool's)");
-    text("--vernum", options.vernum, "TEXT", "The value of VERNUM (default: what this machine is)");
-    text("--product", options.product, "TEXT", "The host's product name (default: TARVIX)");
-    text("--config", options.config, "FILE",
-         "The configuration file (default: .config/ORRELIN/standalone.sqlite in the home folder)");
+    const auto options = std::make_shared<RunOptions>();
+    addHostOptions(*run, options->host);
     run->add_option(
            "--command",
-           [&options](const CLI::results_t& names) {
-               options.commands = names;
+           [options](const CLI::results_t& names) {
+               options->commands = names;
                return true;
            },
            "Run the command NAME after the start; may be given more than once")
@@ -118,16 +77,15 @@ CLI::App* addRunCommand(CLI::App& app, RunOptions& options)
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->allow_extra_args(false);
-    run->add_flag("--interactive", options.interactive, "Then read command names from standard input");
-    run->add_flag("--json", options.json, "Write the report as one JSON document");
+    run->add_flag("--interactive", options->interactive, "Then read command names from standard input");
+    run->add_flag("--json", options->json, "Write the report as one JSON document");
     run->footer(kExamples);
-    return run;
+    run->callback([options, &chosen] { chosen = [options] { return cli::run(*options); }; });
 }
 
 int run(const RunOptions& options)
 {
-    setHome(options);
-    standalone::HostSettings settings = settingsFrom(options);
+    standalone::HostSettings settings = settingsFrom(options.host);
     std::optional<ReservedOutput> output;
     if (options.json) {
         output.emplace();

@@ -1,9 +1,8 @@
 // The command "kestbundle".
 #include "cli/ExitStatus.h"
-#include "cli/RunCommand.h"
 #include "cli/Shown.h"
+#include "cli/Subcommands.h"
 #include "standalone/CaughtError.h"
-#include "standalone/Utf8.h"
 
 #include <CLI/CLI.hpp>
 #include <cerrno>
@@ -47,23 +46,18 @@ int complain(const std::string& text, int status)
 
 int parseAndRun(int argumentCount, char** arguments)
 {
-    CLI::App app("Runs and examines plug-in bundles.", "kestbundle");
-    app.set_version_flag("--version", "kestbundle " KEST_VERSION);
-    app.require_subcommand(1);
-    app.footer("\"kestbundle SUBCOMMAND --help\" says more.");
-    cli::RunOptions options;
-    cli::addRunCommand(app, options);
+    CLI::App app;
+    cli::Action chosen;
+    cli::defineCommandLine(app, chosen);
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) { // help or version was asked for
             return app.exit(error);
         }
-        return complain(standalone::displayable(std::string_view(error.what())) +
-                            "\nRun \"kestbundle --help\" or \"kestbundle run --help\" for how it is used.",
-                        cli::kWrongUse);
+        return complain(cli::explainRefusal(app, error), cli::kWrongUse);
     }
-    const int status = cli::run(options);
+    const int status = chosen();
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0
                ? status
                : complain("standard output could not be written", cli::kSomethingFailed);

@@ -9,7 +9,8 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-const std::string kHint = "\nRun \"kestbundle --help\" or \"kestbundle run --help\" for how it is used.\n";
+const std::string kHint = "\nRun \"kestbundle --help\" for how it is used.\n";
+const std::string kRunHint = "\nRun \"kestbundle run --help\" for how it is used.\n";
 
 class RunOptionsTest : public ToolTest
 {
@@ -45,18 +46,26 @@ TEST_F(RunOptionsTest, HelpNamesEveryOptionAndGivesExamples)
 TEST_F(RunOptionsTest, WhatTheCommandLineCannotMeanIsWrongUse)
 {
     expectWrongUse({}, "A subcommand is required" + kHint);
-    expectWrongUse({"--bogus", "run"}, "The following argument was not expected: --bogus" + kHint);
-    expectWrongUse({"walk"}, "A subcommand is required" + kHint);
-    expectWrongUse({"run", "--bogus"}, "The following argument was not expected: --bogus" + kHint);
-    expectWrongUse({"run", "stray"}, "The following argument was not expected: stray" + kHint);
-    expectWrongUse({"run", "--home"}, "--home: 1 required DIR missing" + kHint);
-    expectWrongUse({"run", "--command"}, "--command: 1 required NAME missing" + kHint);
-    expectWrongUse({"run", "--config", ""}, "--config: --config must not be empty" + kHint);
+    expectWrongUse({"--bogus", "run"}, "The argument \"--bogus\" was not expected" + kHint);
+    expectWrongUse({"walk"}, "\"walk\" is no subcommand" + kHint);
+    expectWrongUse({"run", "--bogus"}, "The argument \"--bogus\" was not expected" + kRunHint);
+    expectWrongUse({"run", "stray"}, "The argument \"stray\" was not expected" + kRunHint);
+    expectWrongUse({"run", "--home"}, "--home: 1 required DIR missing" + kRunHint);
+    expectWrongUse({"run", "--command"}, "--command: 1 required NAME missing" + kRunHint);
+    expectWrongUse({"run", "--config", ""}, "--config: --config must not be empty" + kRunHint);
+}
+
+TEST_F(RunOptionsTest, TheNearestNameIsProposedForOneThatIsNotKnown)
+{
+    expectWrongUse({"rum"}, "\"rum\" is no subcommand; did you mean \"run\"?" + kHint);
+    expectWrongUse({"rnu", "--json"}, "\"rnu\" is no subcommand; did you mean \"run\"?" + kHint);
+    expectWrongUse({"--versoin"}, "The argument \"--versoin\" was not expected; did you mean \"--version\"?" + kHint);
+    expectWrongUse({"run", "--Jsn"}, "The argument \"--Jsn\" was not expected; did you mean \"--json\"?" + kRunHint);
 }
 
 TEST_F(RunOptionsTest, AnArgumentWithTerminalEscapesIsShownEscaped)
 {
-    expectWrongUse({"run", "\x1B[31m"}, "The following argument was not expected: \\x1B[31m" + kHint);
+    expectWrongUse({"run", "\x1B[31m"}, "The argument \"\\x1B[31m\" was not expected" + kRunHint);
 }
 
 TEST_F(RunOptionsTest, AHomeThatIsNoFolderIsWrongUse)
