@@ -34,7 +34,10 @@ std::string seconds(std::chrono::milliseconds duration)
 
 } // namespace
 
-Configuration::Configuration(std::string file, Journal& events) : path(std::move(file)), journal(events) {}
+Configuration::Configuration(std::string file, Journal& events, bool rehearsing)
+    : path(std::move(file)), journal(events), rehearses(rehearsing)
+{
+}
 
 Configuration::Turn::Turn(Configuration& store) : configuration(store)
 {
@@ -69,32 +72,40 @@ void Configuration::startTurn()
 
 void Configuration::openTurn(Clock::time_point deadline)
 {
-    const std::string folder = folderOf(path);
-    const auto giveUp = [&](const std::string& what, const std::string& problem) {
-        failTurn(what, problem);
-        unusable = true;
-    };
     if (path.empty()) {
         giveUp("The configuration cannot be kept", "no configuration file is set; set HOME");
         return;
     }
+    if (rehearses || lockFolder(deadline)) {
+        openFile(deadline);
+    }
+}
+
+bool Configuration::lockFolder(Clock::time_point deadline)
+{
+    const std::string folder = folderOf(path);
     const std::string folderName = "The configuration folder \"" + displayable(std::string_view(folder)) + "\"";
     if (const int error = makeFolders(folder); error != 0) {
         giveUp(folderName + " could not be made", systemReason(error) + "; make it by hand, writable by its owner");
-        return;
+        return false;
     }
     switch (lock.take(folder, deadline)) {
     case FolderLock::Outcome::kBusy:
         giveUp(folderName + " could not be locked",
                "another host used it for more than " + seconds(patience) + "; wait until that host is done");
-        return;
+        return false;
     case FolderLock::Outcome::kFailed:
         giveUp(folderName + " could not be opened", systemReason(errno) + "; make it readable for its owner");
-        return;
+        return false;
     case FolderLock::Outcome::kUnsupported: // the transaction alone keeps others out
     case FolderLock::Outcome::kHeld:
         break;
     }
+    return true;
+}
+
+void Configuration::openFile(Clock::time_point deadline)
+{
     const std::string notReadable =
         "The configuration file \"" + displayable(std::string_view(path)) + "\" could not be read";
     struct stat found
@@ -110,11 +121,18 @@ void Configuration::openTurn(Clock::time_point deadline)
         giveUp(notReadable, "it is not a regular file; move it away");
         return;
     }
+    using Access = ConfigurationFile::Access;
     transaction.emplace();
-    if (!transaction->begin(path, false, remaining(deadline))) {
+    if (!transaction->begin(path, rehearses ? Access::kRead : Access::kWrite, remaining(deadline))) {
         giveUp(notReadable, transaction->problem());
         transaction.reset();
     }
+}
+
+void Configuration::giveUp(const std::string& what, const std::string& problem)
+{
+    failTurn(what, problem);
+    unusable = true;
 }
 
 void Configuration::endTurn()
@@ -181,6 +199,10 @@ Configuration::Reading Configuration::read(int selector, const std::wstring& key
     if (unusable) {
         return Reading::kFailed;
     }
+    if (const auto kept = rehearsed.find({selector, key}); kept != rehearsed.end()) {
+        found = kept->second;
+        return Reading::kFound;
+    }
     if (!transaction) {
         return Reading::kMissing;
     }
@@ -220,7 +242,9 @@ ConfigurationWrite Configuration::writeInTurn(int selector, const std::wstring& 
     } else {
         reading = read(selector, key, entry.before);
     }
-    if (!isLost && (reading == Reading::kMissing || entry.before != text)) {
+    if (!isLost && rehearses) {
+        rehearsed.insert_or_assign({selector, key}, text);
+    } else if (!isLost && (reading == Reading::kMissing || entry.before != text)) {
         if (!makeFile() || !transaction->write(selector, key, text)) {
             failTurn("The configuration file \"" + displayable(std::string_view(path)) + "\" could not be written",
                      transaction->problem());
@@ -238,7 +262,7 @@ bool Configuration::makeFile()
         return true;
     }
     transaction.emplace();
-    if (!transaction->begin(path, true, patience)) {
+    if (!transaction->begin(path, ConfigurationFile::Access::kCreate, patience)) {
         return false;
     }
     if (!transaction->isEmpty()) {

@@ -8,8 +8,10 @@
 #include "host/ErrorStatus.h"
 
 #include <chrono>
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace standalone {
@@ -27,8 +29,9 @@ public:
     using Reading = ConfigurationFile::Reading;
 
     /// `file` is absolute; it is made by the first write, and its folder, if missing, by the first turn. Nothing is
-    /// touched before that. `events` must outlive the store.
-    Configuration(std::string file, Journal& events);
+    /// touched before that. `events` must outlive the store. A store that rehearses reads the file, and keeps what is
+    /// written for itself.
+    Configuration(std::string file, Journal& events, bool rehearsing = false);
     Configuration(const Configuration&) = delete;
     Configuration& operator=(const Configuration&) = delete;
 
@@ -72,6 +75,9 @@ private:
     void startTurn();
     void endTurn();
     void openTurn(std::chrono::steady_clock::time_point deadline);
+    bool lockFolder(std::chrono::steady_clock::time_point deadline);
+    void openFile(std::chrono::steady_clock::time_point deadline);
+    void giveUp(const std::string& what, const std::string& problem);
     ConfigurationWrite writeInTurn(int selector, const std::wstring& key, const std::wstring& text);
     bool makeFile();
     void tellLoss();
@@ -80,6 +86,8 @@ private:
 
     std::string path;
     Journal& journal;
+    bool rehearses;
+    std::map<std::pair<int, std::wstring>, std::wstring> rehearsed; ///< by selector and key
     std::chrono::milliseconds patience{10'000};
 
     int depth = 0;

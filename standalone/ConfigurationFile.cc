@@ -54,10 +54,12 @@ void ConfigurationFile::FinalizeStatement::operator()(sqlite3_stmt* statement) c
     sqlite3_finalize(statement);
 }
 
-bool ConfigurationFile::begin(const std::string& path, bool create, std::chrono::milliseconds patience)
+bool ConfigurationFile::begin(const std::string& path, Access access, std::chrono::milliseconds patience)
 {
     sqlite3* opened = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_PRIVATECACHE | (create ? SQLITE_OPEN_CREATE : 0);
+    const int flags = SQLITE_OPEN_PRIVATECACHE |
+                      (access == Access::kRead ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) |
+                      (access == Access::kCreate ? SQLITE_OPEN_CREATE : 0);
     const int code = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
     connection.reset(opened);
     if (code != SQLITE_OK) {

@@ -27,9 +27,15 @@ public:
     ConfigurationFile& operator=(const ConfigurationFile&) = delete;
     ~ConfigurationFile();
 
-    /// Opens `path` and starts the transaction, which keeps every other writer out. Waits for locks up to `patience`,
-    /// here and in commit(). A file that may not be written can still be read. With `create` a missing file is made.
-    bool begin(const std::string& path, bool create, std::chrono::milliseconds patience);
+    enum class Access
+    {
+        kRead,   ///< nothing is changed on disk
+        kWrite,  ///< every other writer is kept out; a file that may not be written can still be read
+        kCreate, ///< the same, and a missing file is made
+    };
+
+    /// Opens `path` and starts the transaction. Waits for locks up to `patience`, here and in commit().
+    bool begin(const std::string& path, Access access, std::chrono::milliseconds patience);
 
     /// Whether nothing was ever stored in the file.
     bool isEmpty() const noexcept { return empty; }

@@ -75,7 +75,8 @@ bool ModuleLinker::loadModule(const wchar_t* path, bool /*printit*/, bool /*asCo
 {
     const std::size_t entry = host.journal().add(ModuleLoad{path, false, "", 0, 0});
     const LoadTimer timer(host);
-    const std::string problem = load(localetext::narrow(path));
+    const std::string file = localetext::narrow(path);
+    const std::string problem = host.rehearsal() == nullptr ? load(file) : problemOfFile(file);
     auto& noted = std::get<ModuleLoad>(host.journal().at(entry));
     noted.loaded = problem.empty();
     noted.problem = problem;

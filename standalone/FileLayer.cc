@@ -2,6 +2,7 @@
 
 #include "standalone/FindHandles.h"
 #include "standalone/Host.h"
+#include "standalone/Rehearsal.h"
 #include "standalone/Utf8.h"
 
 #include "host/LocaleText.h"
@@ -145,7 +146,11 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode)
         errno = EINVAL;
         return nullptr;
     }
-    std::FILE* const stream = openStream(localetext::narrow(path), flags, localetext::narrow(mode).c_str());
+    Host* const host = Host::living();
+    Rehearsal* const rehearsal = host != nullptr && (flags & O_ACCMODE) != O_RDONLY ? host->rehearsal() : nullptr;
+    const std::string file = localetext::narrow(path);
+    std::FILE* const stream = rehearsal != nullptr ? rehearsal->openForWriting(file)
+                                                   : openStream(file, flags, localetext::narrow(mode).c_str());
     if (stream == nullptr) {
         const int error = errno;
         noticeFailure(path, "cannot be opened", error);

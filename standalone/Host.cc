@@ -6,6 +6,7 @@
 #include "standalone/EngineServices.h"
 #include "standalone/Folders.h"
 #include "standalone/LispQueue.h"
+#include "standalone/Rehearsal.h"
 #include "standalone/Utf8.h"
 
 #include "host/LocaleText.h"
@@ -13,6 +14,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <sys/utsname.h>
@@ -59,12 +61,15 @@ struct Host::Services
         : settings(completed(std::move(given))),
           version(displayable(std::wstring_view(settings.vernum))),
           console(std::move(printer)),
-          configuration(settings.configurationFile, journal),
+          configuration(settings.configurationFile, journal, settings.rehearses),
           commands(journal),
           lispQueue(host),
           moduleLinker(host),
           engineServices(host)
     {
+        if (settings.rehearses) {
+            rehearsal.emplace(host);
+        }
     }
 
     HostSettings settings;
@@ -76,6 +81,7 @@ struct Host::Services
     LispQueue lispQueue;
     ModuleLinker moduleLinker;
     EngineServices engineServices;
+    std::optional<Rehearsal> rehearsal;
 };
 
 Host::Host(HostSettings settings, std::function<void(const std::string&)> console)
@@ -84,7 +90,8 @@ Host::Host(HostSettings settings, std::function<void(const std::string&)> consol
         throw std::logic_error("there is a stand-alone host in this process already");
     }
     services = std::make_unique<Services>(*this, std::move(settings), std::move(console));
-    if (const std::string& file = services->settings.configurationFile; !file.empty()) {
+    const std::string& file = services->settings.configurationFile;
+    if (!file.empty() && !services->rehearsal) {
         const std::string folder = folderOf(file);
         if (const int error = makeFolders(folder); error != 0) {
             notice("The configuration folder \"" + displayable(std::string_view(folder)) + "\" could not be made: " +
@@ -155,6 +162,11 @@ ModuleLinker& Host::moduleLinker() noexcept
 EngineServices& Host::engineServices() noexcept
 {
     return services->engineServices;
+}
+
+Rehearsal* Host::rehearsal() noexcept
+{
+    return services->rehearsal ? &*services->rehearsal : nullptr;
 }
 
 void Host::print(const std::string& text)

@@ -14,6 +14,7 @@ class Configuration;
 class EngineServices;
 class LispQueue;
 class ModuleLinker;
+class Rehearsal;
 
 /// How a stand-alone host is set up. Paths are narrow, as the system takes them.
 struct HostSettings
@@ -23,6 +24,7 @@ struct HostSettings
     std::string configurationFile; ///< the SQLite file; its folder is made when the host starts
     std::wstring vernum;           ///< the value of "VERNUM"; empty: machineVernum()
     std::wstring productName;      ///< empty: kDefaultProductName
+    bool rehearses = false;        ///< nothing is executed, nothing on disk is changed; see Rehearsal
 };
 
 inline constexpr wchar_t kDefaultProductName[] = L"TARVIX";
@@ -66,6 +68,9 @@ public:
     LispQueue& lispQueue() noexcept;
     ModuleLinker& moduleLinker() noexcept;
     EngineServices& engineServices() noexcept;
+
+    /// Null unless the host rehearses.
+    Rehearsal* rehearsal() noexcept;
 
     /// Prints `text`, UTF-8, to the console.
     void print(const std::string& text);

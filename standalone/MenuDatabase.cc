@@ -97,7 +97,7 @@ std::string convert(const std::wstring& source, std::string& target)
         return menu.problem;
     }
     target = folder + "/" + convertedName(narrowSource);
-    return keep(folder, target, menu.cuix);
+    return standalone::Host::current().rehearsal() == nullptr ? keep(folder, target, menu.cuix) : "";
 }
 
 } // namespace

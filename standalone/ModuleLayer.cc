@@ -1,6 +1,7 @@
 #include "host/ModuleLayer.h"
 
 #include "standalone/Host.h"
+#include "standalone/RehearsedLibraries.h"
 #include "standalone/Utf8.h"
 
 #include "host/LocaleText.h"
@@ -109,5 +110,8 @@ ModuleHandle LoadLibraryW(const wchar_t* name)
 
 ProcAddress GetProcAddress(ModuleHandle module, const char* name)
 {
+    if (ProcAddress const rehearsed = Host::current().rehearsal() != nullptr ? rehearsedExport(name) : nullptr) {
+        return ::dlsym(module, name) != nullptr ? rehearsed : nullptr;
+    }
     return reinterpret_cast<ProcAddress>(::dlsym(module, name));
 }
