@@ -1,5 +1,6 @@
 #include "cli/Subcommands.h"
 
+#include "cli/ListCommand.h"
 #include "cli/NearestName.h"
 #include "cli/RunCommand.h"
 #include "standalone/Utf8.h"
@@ -15,7 +16,10 @@ namespace {
 
 using AddSubcommand = void (*)(CLI::App& app, Action& chosen);
 
-constexpr AddSubcommand kSubcommands[] = {addRunCommand};
+constexpr AddSubcommand kSubcommands[] = {
+    addRunCommand,
+    addListCommand,
+};
 
 /// What could have stood in place of an argument: the options of `app`, or its subcommands.
 std::vector<std::string> namesLike(const CLI::App& app, const std::string& argument)

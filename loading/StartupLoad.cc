@@ -59,12 +59,12 @@ void KestBundle::load()
         return; // meant: a bundle without components never counts as loaded
     }
     for (KestComponentEntry& entry : components) {
-        if (entry.loadCtrlFlag == 1 && (entry.loadFlags & KestComponentEntry::kLoadStartup) != 0) {
+        if (entry.loadsAtStartup()) {
             if (!loadAtStartup(*this, entry)) {
                 writeLogSplitLine();
                 manager->writeLogLine((entry.moduleName + CStdStr<wchar_t>(bundlelogtext::kLoadingFailed)).c_str());
             }
-        } else if ((entry.loadFlags & KestComponentEntry::kLoadCommand) != 0) {
+        } else if (entry.loadsOnCommand()) {
             registerCommands(*this, entry);
         }
     }

@@ -75,4 +75,8 @@ struct KestComponentEntry
     std::string pythonVersion;     ///< UTF-8
     std::int32_t loadFlags = 0;
     std::vector<KestCommands> commands; ///< in document order
+
+    bool loadsAtStartup() const { return loadCtrlFlag == 1 && (loadFlags & kLoadStartup) != 0; }
+    /// Its commands are announced, and the first use of one loads it.
+    bool loadsOnCommand() const { return !loadsAtStartup() && (loadFlags & kLoadCommand) != 0; }
 };

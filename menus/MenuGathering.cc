@@ -51,7 +51,7 @@ bool KestBundle::loadCuix(CStdStr<wchar_t>& menuList)
     CStdStr<wchar_t> ownList;
     std::size_t menuCount = 0;
     for (const KestComponentEntry& entry : components) {
-        if (entry.loadCtrlFlag != 1 || (entry.loadFlags & KestComponentEntry::kLoadStartup) == 0) {
+        if (!entry.loadsAtStartup()) {
             continue;
         }
         if (!ownList.empty()) {

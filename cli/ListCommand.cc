@@ -1,0 +1,54 @@
+#include "cli/ListCommand.h"
+
+#include "cli/Examination.h"
+#include "cli/ExitStatus.h"
+#include "cli/ListReport.h"
+#include "cli/Shown.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <unistd.h>
+
+namespace cli {
+
+namespace {
+
+constexpr char kExamples[] = R"(Nothing is loaded and nothing is changed: the bundles are only looked at.
+
+Examples:
+  kestbundle list
+      What is installed, and what becomes of it.
+  kestbundle list --home /tmp/try
+      The same for a trial home folder.
+  kestbundle list --json | jq -r '.bundles[] | select(.state == "malformed") | .folder'
+      The folders of the bundles whose manifest is no well-formed XML.
+
+Exit status: 0 every bundle loads, 1 one does not, or not all of it, 2 wrong use.)";
+
+} // namespace
+
+void addListCommand(CLI::App& app, Action& chosen)
+{
+    CLI::App* list = app.add_subcommand("list", "Say what is installed, and what becomes of each bundle");
+    const auto options = std::make_shared<ListOptions>();
+    addHostOptions(*list, options->host);
+    list->add_flag("--json", options->json, "Write the list as one JSON document");
+    list->footer(kExamples);
+    list->callback([options, &chosen] { chosen = [options] { return cli::list(*options); }; });
+}
+
+int list(const ListOptions& options)
+{
+    const Examination examination = examineInstalled(settingsFrom(options.host));
+    const bool isAllLoaded =
+        examination.failure.empty() &&
+        std::all_of(examination.bundles.begin(), examination.bundles.end(), [](const ExaminedBundle& bundle) {
+            return bundle.isLoaded() && bundle.state != BundleState::kLoadedWithFailures;
+        });
+    const int status = isAllLoaded ? kAllWell : kSomethingFailed;
+    print(stdout, options.json ? listJson(examination, status) : listText(examination, ::isatty(STDOUT_FILENO) == 1));
+    return status;
+}
+
+} // namespace cli

@@ -1,0 +1,86 @@
+#include "cli/NearBundles.h"
+
+#include "host/FileLayer.h"
+#include "host/LocaleText.h"
+#include "manifest/BundleStrConst.h"
+#include "standalone/Utf8.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <system_error>
+
+namespace cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool endsLikeABundle(const std::wstring& name)
+{
+    constexpr std::wstring_view kEnding = L".bundle";
+    return name.size() >= kEnding.size() &&
+           localetext::equalIgnoringCase(std::wstring_view(name).substr(name.size() - kEnding.size()), kEnding);
+}
+
+bool holdsAManifest(const fs::path& folder)
+{
+    std::error_code ignored;
+    return fs::exists(folder / localetext::narrow(BundleStrConst::xml_FileNameConst), ignored);
+}
+
+std::vector<std::wstring> rootsOf(const Examination& examination)
+{
+    std::wstring program = localetext::widen(examination.host.programFolder);
+    program.erase(program.find_last_not_of(L'/') + 1);
+    return {program + L"/" + BundleStrConst::bundle_InstallPath, BundleStrConst::bundle_AllUserPath,
+            localetext::widen(examination.home) + L"/" + BundleStrConst::bundle_UserPath};
+}
+
+/// The entries of `root` that are near to a bundle, sorted by their bytes.
+std::vector<std::wstring> nearBundles(const ExaminedRoot& root)
+{
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator entry(localetext::narrow(root.path), error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (endsLikeABundle(localetext::widen(entry->path().filename().string())) || holdsAManifest(entry->path())) {
+            names.push_back(entry->path().filename().string());
+        }
+    }
+    std::sort(names.begin(), names.end());
+    std::vector<std::wstring> paths;
+    for (const std::string& name : names) {
+        paths.push_back(root.path + L"/" + localetext::widen(name));
+    }
+    return paths;
+}
+
+} // namespace
+
+void addRoots(Examination& examination)
+{
+    std::set<std::wstring> found;
+    for (const ExaminedBundle& bundle : examination.bundles) {
+        found.insert(bundle.folder);
+    }
+    for (const std::wstring& path : rootsOf(examination)) {
+        ExaminedRoot root{path, false, ""};
+        std::error_code error;
+        const fs::directory_iterator listing(localetext::narrow(path), error);
+        root.exists = !error;
+        if (error && error != std::errc::no_such_file_or_directory) {
+            root.problem = standalone::displayable(std::string_view(error.message()));
+        }
+        for (const std::wstring& folder : root.exists ? nearBundles(root) : std::vector<std::wstring>()) {
+            if (found.insert(folder).second) {
+                ExaminedBundle none;
+                none.folder = folder;
+                examination.bundles.push_back(std::move(none));
+            }
+        }
+        examination.roots.push_back(std::move(root));
+    }
+}
+
+} // namespace cli
