@@ -118,7 +118,8 @@ HomeState KillTest::left() const
     }
     if (const std::string copy = copies / "standalone.sqlite"; fs::exists(copy)) {
         standalone::ConfigurationFile file;
-        EXPECT_TRUE(file.begin(copy, false, std::chrono::milliseconds{0})) << file.problem();
+        EXPECT_TRUE(file.begin(copy, standalone::ConfigurationFile::Access::kWrite, std::chrono::milliseconds{0}))
+            << file.problem();
         state.bundleMenus = read(file, kBundleMenusKey);
         state.hostMenus = read(file, kHostMenusKey);
         EXPECT_TRUE(file.commit()) << file.problem();
