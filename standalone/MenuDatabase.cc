@@ -59,6 +59,7 @@ std::string keep(const std::string& folder, const std::string& target, const std
     }
     std::string present;
     if (standalone::readWholeFile(target, cuix.size(), present).empty() && present == cuix) {
+        standalone::discardUnfinished(target);
         return "";
     }
     if (const int error = standalone::replaceWholeFile(target, cuix); error != 0) {

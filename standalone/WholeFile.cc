@@ -1,5 +1,6 @@
 #include "standalone/WholeFile.h"
 
+#include "standalone/Folders.h"
 #include "standalone/Utf8.h"
 
 #include <algorithm>
@@ -51,6 +52,59 @@ int writeAll(int descriptor, std::string_view content)
     return ::fsync(descriptor) == 0 ? 0 : errno;
 }
 
+std::string unfinishedName(const std::string& path)
+{
+    return path + ".new";
+}
+
+/// Puts the file `from` in the place of `to`; takes it away when that fails, or when `error` says that it is not whole.
+/// Returns 0 or an errno.
+int putInPlace(const std::string& from, const std::string& to, int error)
+{
+    if (error == 0 && ::rename(from.c_str(), to.c_str()) != 0) {
+        error = errno;
+    }
+    if (error != 0) {
+        ::unlink(from.c_str());
+    }
+    return error;
+}
+
+/// Replaces the file at `path` by one that gets a name only when it is whole. Fails also where there are no such files,
+/// and when another process takes the file away before it is in its place.
+bool replaceByNameless(const std::string& path, std::string_view content)
+{
+    const Descriptor file(::open(folderOf(path).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+    if (file.get() < 0 || writeAll(file.get(), content) != 0) {
+        return false;
+    }
+    const std::string source = "/proc/self/fd/" + std::to_string(file.get());
+    const std::string beside = unfinishedName(path);
+    // A link replaces nothing, so there has to be a name in between. Whatever bears it already is whole as well: its
+    // process is dead, or notices that it is gone and takes the other way.
+    while (::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, beside.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        if (errno != EEXIST || (::unlink(beside.c_str()) != 0 && errno != ENOENT)) {
+            return false;
+        }
+    }
+    return putInPlace(beside, path, 0) == 0;
+}
+
+/// The same by a file that has a name of its own from the beginning. Returns 0 or an errno.
+int replaceByNamed(const std::string& path, std::string_view content)
+{
+    std::string beside = path + ".XXXXXX";
+    int error = 0;
+    {
+        const Descriptor file(::mkostemp(beside.data(), O_CLOEXEC));
+        if (file.get() < 0) {
+            return errno;
+        }
+        error = writeAll(file.get(), content);
+    }
+    return putInPlace(beside, path, error);
+}
+
 } // namespace
 
 std::string readWholeFile(const std::string& path, std::size_t limit, std::string& content)
@@ -85,22 +139,12 @@ std::string readWholeFile(const std::string& path, std::size_t limit, std::strin
 
 int replaceWholeFile(const std::string& path, std::string_view content)
 {
-    std::string beside = path + ".XXXXXX";
-    int error = 0;
-    {
-        const Descriptor file(::mkostemp(beside.data(), O_CLOEXEC));
-        if (file.get() < 0) {
-            return errno;
-        }
-        error = writeAll(file.get(), content);
-    }
-    if (error == 0 && ::rename(beside.c_str(), path.c_str()) != 0) {
-        error = errno;
-    }
-    if (error != 0) {
-        ::unlink(beside.c_str());
-    }
-    return error;
+    return replaceByNameless(path, content) ? 0 : replaceByNamed(path, content);
+}
+
+void discardUnfinished(const std::string& path)
+{
+    ::unlink(unfinishedName(path).c_str());
 }
 
 } // namespace standalone

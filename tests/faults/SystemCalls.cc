@@ -178,6 +178,11 @@ int rename(const char* from, const char* to) noexcept
     KEST_CALL(kRename, -1, rename, from, to);
 }
 
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept
+{
+    KEST_CALL(kRename, -1, linkat, fromFolder, from, toFolder, to, flags);
+}
+
 int unlink(const char* path) noexcept
 {
     KEST_CALL(kRename, -1, unlink, path);

@@ -5,8 +5,10 @@
 #include "standalone/Configuration.h"
 
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <sqlite3.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -27,6 +29,13 @@ std::wstring read(standalone::ConfigurationFile& file, const wchar_t* key)
     const auto reading = file.read(TarvixConfig::kMenus, key, text);
     EXPECT_NE(reading, standalone::ConfigurationFile::Reading::kFailed) << file.problem();
     return reading == standalone::ConfigurationFile::Reading::kFound ? text : kNone;
+}
+
+/// Whether files in `folder` can be whole before they have a name. Where they cannot, a killed run leaves halves.
+bool hasNamelessFiles(const fs::path& folder)
+{
+    const int file = ::open(folder.c_str(), O_TMPFILE | O_WRONLY, 0600);
+    return file >= 0 && ::close(file) == 0;
 }
 
 /// "ok", or what SQLite finds wrong with the database at `path`.
@@ -125,11 +134,9 @@ HomeState KillTest::left() const
         EXPECT_TRUE(file.commit()) << file.problem();
         EXPECT_EQ(soundness(copy), "ok");
     }
-    if (const fs::path folder = home() + "/.config/ORRELIN/ConvertedMenus"; fs::exists(folder)) {
-        for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-            if (entry.path().extension() == ".cuix") { // others are halves that a dead process did not put in place
-                state.convertedMenu += contentOf(entry.path());
-            }
+    for (const fs::path& menu : convertedMenus()) {
+        if (menu.extension() == ".cuix") { // others are what a dead process did not put in place
+            state.convertedMenu += contentOf(menu);
         }
     }
     return state;
@@ -155,4 +162,18 @@ void KillTest::runToTheEnd()
     EXPECT_EQ(done.status, 0) << done;
     EXPECT_EQ(done.errors, "");
     EXPECT_NE(done.output.find("\nResult: all went well\n"), std::string::npos) << done;
+    for (const fs::path& menu : convertedMenus()) {
+        EXPECT_TRUE(menu.extension() == ".cuix" || !hasNamelessFiles(menu.parent_path())) << menu;
+    }
+}
+
+std::vector<fs::path> KillTest::convertedMenus() const
+{
+    std::vector<fs::path> paths;
+    if (const fs::path folder = home() + "/.config/ORRELIN/ConvertedMenus"; fs::exists(folder)) {
+        for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+            paths.push_back(entry.path());
+        }
+    }
+    return paths;
 }

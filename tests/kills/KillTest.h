@@ -6,6 +6,7 @@
 #include "tests/kills/Processes.h"
 
 #include <compare>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -48,6 +49,10 @@ protected:
     /// `kestbundle run` on the home.
     ProcessCommand command() const;
 
-    /// Lets a run go on to its end, which must be a good one, and say what the report says.
+    /// Lets a run go on to its end, which must be a good one, and leave nothing unfinished beside the converted menus.
     void runToTheEnd();
+
+private:
+    /// All files in the folder of converted menus.
+    std::vector<std::filesystem::path> convertedMenus() const;
 };

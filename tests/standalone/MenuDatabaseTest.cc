@@ -293,6 +293,22 @@ TEST_F(MenuDatabaseTest, ATargetThatCannotBeReplacedIsTheReasonAndNothingIsLeft)
     EXPECT_EQ(namesIn(convertedFolder()).size(), 1U);
 }
 
+TEST_F(MenuDatabaseTest, WhatADeadRunDidNotPutInPlaceIsTakenAwayWhetherTheMenuHasChangedOrNot)
+{
+    writeFile(folder / "tools.mnu", "[A]\n");
+    const std::string converted = convert(folder / "tools.mnu");
+    const std::string whole = fileContent(converted);
+    const std::vector<std::string> onlyTheMenu{std::filesystem::path(converted).filename()};
+    writeFile(converted + ".new", "of the dead");
+    EXPECT_EQ(convert(folder / "tools.mnu"), converted);
+    EXPECT_EQ(fileContent(converted), whole);
+    EXPECT_EQ(namesIn(convertedFolder()), onlyTheMenu);
+
+    writeFile(converted + ".new", "of the dead");
+    EXPECT_EQ(cuixOf("tools.mnu", "[B]\n"), document("  <Menu title=\"B\">\n  </Menu>\n"));
+    EXPECT_EQ(namesIn(convertedFolder()), onlyTheMenu);
+}
+
 TEST_F(MenuDatabaseTest, WithoutAConfigurationNothingIsConverted)
 {
     settings.configurationFile = "";
