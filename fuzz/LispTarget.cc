@@ -34,7 +34,7 @@ void loadLisp(std::string_view bytes)
     Input input(bytes);
     setLocale(input.below(6));
     std::string file(bytes.substr(std::min<std::size_t>(bytes.size(), 1)));
-    file = file.substr(0, file.find('\0'));
+    file.resize(std::min(file.find('\0'), file.size()));
     const std::wstring path = localetext::widen(file);
     requireEqual(localetext::narrow(path), file, "a name is the same when it has been wide");
 

@@ -13,7 +13,7 @@ namespace {
 
 void writeAndCompare(const std::wstring& whole)
 {
-    const std::wstring text = whole.c_str(); // a log line ends at a zero code unit
+    const std::wstring text = whole.substr(0, whole.find(L'\0')); // a log line ends at a zero code unit
     const std::wstring expected = withoutFormats(text);
     requireEqual(formatLogText(text), expected, "the text that a format leaves");
     KestBundleManager& manager = restartManagerAndHost();

@@ -25,7 +25,7 @@ inline std::wstring without(const std::wstring& list, const std::wstring& remove
     std::wstring rest = list;
     for (std::size_t at = 0; at < rest.size() && !removed.empty();) {
         if (rest.substr(at, removed.size()) == removed) {
-            rest = rest.substr(0, at) + rest.substr(at + removed.size());
+            rest.erase(at, removed.size());
         } else {
             ++at;
         }

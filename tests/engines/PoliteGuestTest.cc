@@ -161,7 +161,6 @@ TEST_F(PolitePythonTest, VariablesThatPythonDislikesDoNotEndTheProcess)
 
 TEST_F(PolitePythonTest, WhatTheUserHasInstalledCannotKeepPythonFromStarting)
 {
-    const std::string user = folder / ".local/lib/python3.11/site-packages/";
     write(".local/lib/python3.11/site-packages/own_module.py", "text = 'own'\n");
     write(".local/lib/python3.11/site-packages/usercustomize.py", "import sys\nsys.exit(3)\n");
     write(".local/lib/python3.11/site-packages/bad.pth", "import sys; sys.exit(4)\n");

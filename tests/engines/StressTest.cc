@@ -116,7 +116,7 @@ protected:
     }
 
     /// One life of the autoloader and its host.
-    void round(unsigned number)
+    void liveOnce(unsigned number)
     {
         SCOPED_TRACE("round " + std::to_string(number));
         std::vector<Component> order = components;
@@ -147,7 +147,7 @@ TEST_F(StressTest, TwoHundredComponentsOfAllKindsInRandomOrderTenTimes)
     const std::vector<std::string> before = enginetest::processState();
     const std::filesystem::path directory = std::filesystem::current_path();
     for (unsigned number = 1; number <= kRounds; ++number) {
-        round(number);
+        liveOnce(number);
         std::filesystem::current_path(directory); // scripts that load stay in their folder
         EXPECT_EQ(enginetest::processState(), before);
     }
