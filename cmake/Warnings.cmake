@@ -1,7 +1,28 @@
 # The warnings that every target of ours compiles with; each is an error.
 add_library(kest_warnings INTERFACE)
 target_compile_options(kest_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
-    -Woverloaded-virtual -Wcast-align -Wimplicit-fallthrough -Werror
-    # GCC 12 takes the inlined concatenation of strings for an overlapping copy.
-    $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+    -Werror -Wall -Wextra -Wpedantic
+    # Conversions
+    -Wconversion -Wsign-conversion -Wdouble-promotion -Wold-style-cast -Wcast-align -Wcast-qual
+    -Wzero-as-null-pointer-constant
+    # Classes
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wsuggest-override -Wmismatched-tags
+    # Declarations and the preprocessor
+    -Wshadow -Wmissing-declarations -Wredundant-decls -Wextra-semi -Wundef -Wunused-macros -Wdate-time
+    # What runs
+    -Wimplicit-fallthrough -Wswitch-enum -Wformat=2 -Wnull-dereference -Walloca -Wvla)
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(kest_warnings INTERFACE
+        -Wuseless-cast -Wsign-promo -Warith-conversion
+        -Wredundant-tags -Wctor-dtor-privacy -Wdeprecated-copy-dtor -Wcomma-subscript -Wvolatile
+        -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wunused-const-variable=2
+        -Wformat-signedness -Wformat-overflow=2 -Wformat-truncation=2 -Wshift-overflow=2
+        # GCC 12 takes the inlined concatenation of strings for an overlapping copy.
+        -Wno-restrict)
+else()
+    target_compile_options(kest_warnings INTERFACE
+        -Wassign-enum -Wdeprecated -Wcomma -Wextra-semi-stmt -Wheader-hygiene -Wmissing-prototypes -Wdocumentation
+        -Wunused-member-function -Wunused-template
+        -Wunreachable-code-aggressive -Wloop-analysis -Wconditional-uninitialized -Wthread-safety)
+endif()

@@ -5,6 +5,11 @@
 
 extern "C" {
 
+// What the sanitizer and the fuzzer look for.
+const char* __asan_default_options();
+int LLVMFuzzerInitialize(int* argumentCount, char*** arguments);
+int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
+
 /// Little is kept of what was freed: the inputs are many and small.
 [[gnu::visibility("default")]] const char* __asan_default_options()
 {

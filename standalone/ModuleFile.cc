@@ -33,7 +33,7 @@ std::string machineName(const ElfW(Ehdr) & header)
     case EM_RISCV:
         return "RISC-V";
     default:
-        return "machine number " + std::to_string(header.e_machine);
+        return "machine number " + std::to_string(int{header.e_machine});
     }
 }
 

@@ -97,8 +97,8 @@ int kds_queueexpr(const wchar_t* expression)
 
 void KestCrashRecorder::record(const VxErrorStatus* error)
 {
-    const std::string text =
-        std::to_string(error->status()) + " " + utf8(error->text()) + " " + std::to_string(error->number());
+    const std::string text = std::to_string(static_cast<int>(error->status())) + " " + utf8(error->text()) + " " +
+                             std::to_string(error->number());
     ::record("KestCrashRecorder::record", {text});
     theState.recordedErrors.push_back(text);
     theState.lastRecordedError = error;
@@ -113,7 +113,7 @@ KestCrashRecorder* kestGetCrashRecorder()
 
 Kest::ErrorStatus TarvixConfig::getValue(Path path, const wchar_t* key, KestVariant& value) const
 {
-    const bool fails = record("getValue", {std::to_string(path), utf8(key)});
+    const bool fails = record("getValue", {std::to_string(static_cast<int>(path)), utf8(key)});
     const auto found = theState.configuration.find(key);
     if (fails || found == theState.configuration.end() || theState.unreadableKeys.count(key) != 0) {
         return result(static_cast<Kest::ErrorStatus>(2), "2");
@@ -137,7 +137,7 @@ Kest::ErrorStatus TarvixConfig::setValue(Path path, const wchar_t* key, const Ke
     std::memcpy(&size, value.block, 4);
     const auto* block = static_cast<const char*>(value.block);
     const std::wstring text = reinterpret_cast<const wchar_t*>(block + 4);
-    const bool fails = record("setValue", {std::to_string(path), utf8(key), utf8(text)});
+    const bool fails = record("setValue", {std::to_string(static_cast<int>(path)), utf8(key), utf8(text)});
     if (fails || theState.unstorableKeys.count(key) != 0) {
         return static_cast<Kest::ErrorStatus>(1);
     }

@@ -141,7 +141,7 @@ KsRxDictionary* ksrxSysRegistry()
 
 void KsRxDynamicLinkerImp::setKrxLoadType(const wchar_t* path, eRxKrxLoadType type)
 {
-    record("setKrxLoadType", {utf8(path), std::to_string(type)});
+    record("setKrxLoadType", {utf8(path), std::to_string(static_cast<int>(type))});
 }
 
 // The linker puts these in place of the calls of the code under test.

@@ -108,6 +108,13 @@ void* operator new[](std::size_t size, std::align_val_t alignment, const std::no
     return allocate(size, static_cast<std::size_t>(alignment));
 }
 
+#ifndef __cpp_sized_deallocation // then <new> leaves them to the library that is linked
+void operator delete(void* block, std::size_t size) noexcept;
+void operator delete[](void* block, std::size_t size) noexcept;
+void operator delete(void* block, std::size_t size, std::align_val_t alignment) noexcept;
+void operator delete[](void* block, std::size_t size, std::align_val_t alignment) noexcept;
+#endif
+
 void operator delete(void* block) noexcept
 {
     std::free(block);

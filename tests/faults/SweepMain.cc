@@ -65,7 +65,7 @@ int sweepHere(const Way& way, const Options& options, const std::string& folder,
     }
     const std::vector<long> numbers = numbersToTry(options, trial.calls());
     __atomic_store_n(&sums.calls, trial.calls(), __ATOMIC_RELAXED);
-    for (std::size_t index = static_cast<std::size_t>(job); index < numbers.size();
+    for (auto index = static_cast<std::size_t>(job); index < numbers.size();
          index += static_cast<std::size_t>(options.jobs)) {
         const std::string problems = trial.run(numbers[index], options.only > 0);
         __atomic_add_fetch(&sums.trials, 1, __ATOMIC_RELAXED);
@@ -155,7 +155,7 @@ int main(int argumentCount, char** arguments)
     app.add_option("--jobs", options.jobs, "So many processes at once")->check(CLI::PositiveNumber);
     app.add_flag("--all-samples", options.samples.areAll, "With every sample and the engines");
     app.add_flag("--fresh", options.samples.isFresh, "In a home in which nothing was ever stored");
-    CLI11_PARSE(app, argumentCount, arguments);
+    CLI11_PARSE(app, argumentCount, arguments)
     ::setenv("LC_ALL", "C.UTF-8", 1);
     return sweepAll(options);
 }

@@ -23,7 +23,7 @@ struct ToolRun
 };
 
 /// Exit status of a run in which a sanitizer found something.
-constexpr int kSanitizerStatus = 99;
+inline constexpr int kSanitizerStatus = 99;
 
 /// Runs the command with `arguments`; call number `which` fails in the way `way`, none when that is 0. What is printed
 /// is kept in files in `folder` meanwhile. A run that takes longer than `seconds` is ended.

@@ -5,10 +5,10 @@
 #include "tests/cli/ToolTest.h"
 #include "tests/kills/Processes.h"
 
-#include <compare>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 /// What counts in the home after a run.
@@ -18,7 +18,12 @@ struct HomeState
     std::wstring hostMenus;    ///< the host's list of menus; "(none)" without any
     std::string convertedMenu; ///< the content of the menu that was converted; empty while there is none
 
-    auto operator<=>(const HomeState&) const = default;
+    bool operator==(const HomeState&) const = default;
+    bool operator<(const HomeState& other) const
+    {
+        return std::tie(bundleMenus, hostMenus, convertedMenu) <
+               std::tie(other.bundleMenus, other.hostMenus, other.convertedMenu);
+    }
 };
 
 std::ostream& operator<<(std::ostream& stream, const HomeState& state);

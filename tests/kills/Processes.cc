@@ -141,8 +141,7 @@ int runAtMost(const ProcessCommand& command, std::chrono::microseconds longest)
 {
     return endOf(start(command, [longest] {
         itimerval timer{};
-        timer.it_value = {static_cast<time_t>(longest.count() / 1'000'000),
-                          static_cast<suseconds_t>(longest.count() % 1'000'000)};
+        timer.it_value = {longest.count() / 1'000'000, longest.count() % 1'000'000};
         return ::setitimer(ITIMER_REAL, &timer, nullptr) == 0; // outlives exec
     }));
 }

@@ -273,7 +273,7 @@ std::wstring gatherByPasses(const std::vector<KestBundle*>& bundles)
 TEST_F(MenuOrderTest, ThousandsOfRandomListsComeInTheOrderOfThePasses)
 {
     std::mt19937 random(20240229);
-    const auto pick = [&](std::size_t below) { return static_cast<std::size_t>(random() % below); };
+    const auto pick = [&](std::size_t below) { return random() % below; };
     for (int round = 0; round < 5000; ++round) {
         restartManager();
         const std::size_t count = 1 + pick(9);

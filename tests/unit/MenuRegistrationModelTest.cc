@@ -14,7 +14,7 @@ class MenuRegistrationModelTest : public AutoloaderTest
 protected:
     std::mt19937 random{20240317};
 
-    std::size_t pick(std::size_t below) { return static_cast<std::size_t>(random() % below); }
+    std::size_t pick(std::size_t below) { return random() % below; }
 
     /// A list of few different short entries, empty ones among them, so that they meet and contain each other.
     std::wstring anyList()
