@@ -65,7 +65,7 @@ TEST(LayoutTest, RecordsHaveTheSizesAndOffsetsOnRecord)
         KEST_FIELD(WIN32_FIND_DATAW, cFileName),
         KEST_FIELD(WIN32_FIND_DATAW, cAlternateFileName),
         KEST_SIZE(resbuf),
-        KEST_FIELD(resbuf, rbnext),
+        KEST_FIELD(resbuf, rbnext), // NOLINT(bugprone-sizeof-expression): of the pointer
         KEST_FIELD(resbuf, restype),
         KEST_FIELD(resbuf, resval),
         KEST_FIELD(resbuf, resval.rreal),

@@ -68,8 +68,7 @@ TEST_F(VariantTextTest, TheTagStandsAtByteZeroAndThePointerAtByteFour)
 {
     KestVariant value;
     setVariantText(value, L"a");
-    unsigned char bytes[sizeof(value)];
-    std::memcpy(bytes, &value, sizeof(value));
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(&value);
     std::int32_t tag = 0;
     void* pointer = nullptr;
     std::memcpy(&tag, bytes, sizeof(tag));
