@@ -41,9 +41,13 @@ const char* colourOf(BundleState state)
     case BundleState::kLoadedWithFailures:
     case BundleState::kWaiting:
         return "\x1B[33m";
-    default:
-        return "\x1B[31m";
+    case BundleState::kNotABundle:
+    case BundleState::kUnreadable:
+    case BundleState::kMalformed:
+    case BundleState::kRequirementNotMet:
+        break;
     }
+    return "\x1B[31m";
 }
 
 } // namespace

@@ -31,7 +31,7 @@ RandomTree::RandomTree(std::uint64_t seed, fs::path homeFolder, fs::path program
 
 std::size_t RandomTree::below(std::size_t limit)
 {
-    return static_cast<std::size_t>(random() % limit);
+    return random() % limit;
 }
 
 void RandomTree::write()

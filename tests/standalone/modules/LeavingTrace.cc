@@ -1,6 +1,8 @@
 // A library whose code runs as soon as it is opened, and then leaves the file that the environment names.
 #include "ModuleExport.h"
 
+#include "standalone/ModuleApi.h"
+
 #include <cstdio>
 #include <cstdlib>
 
