@@ -3,6 +3,7 @@
 #include "cli/ListCommand.h"
 #include "cli/NearestName.h"
 #include "cli/RunCommand.h"
+#include "cli/SchemaCommand.h"
 #include "standalone/Utf8.h"
 
 #include <CLI/CLI.hpp>
@@ -19,6 +20,7 @@ using AddSubcommand = void (*)(CLI::App& app, Action& chosen);
 constexpr AddSubcommand kSubcommands[] = {
     addRunCommand,
     addListCommand,
+    addSchemaCommand,
 };
 
 /// What could have stood in place of an argument: the options of `app`, or its subcommands.
