@@ -2,6 +2,7 @@
 
 #include "cli/ListCommand.h"
 #include "cli/NearestName.h"
+#include "cli/NewCommand.h"
 #include "cli/RunCommand.h"
 #include "cli/SchemaCommand.h"
 #include "standalone/Utf8.h"
@@ -19,6 +20,7 @@ using AddSubcommand = void (*)(CLI::App& app, Action& chosen);
 
 constexpr AddSubcommand kSubcommands[] = {
     addRunCommand,
+    addNewCommand,
     addListCommand,
     addSchemaCommand,
 };

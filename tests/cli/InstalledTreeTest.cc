@@ -36,6 +36,7 @@ TEST_F(InstalledTreeTest, EverythingThatTheToolOpensIsFoundBesideIt)
     EXPECT_EQ(report["commandRuns"][0]["output"], KEST_HAS_LISP != 0 ? "LISP" : "");
     EXPECT_EQ(std::filesystem::exists(path("tool/lib/VxManagedCommand.dll")), KEST_HAS_MANAGED != 0);
     EXPECT_EQ(std::filesystem::exists(path("tool/lib/kest/Kest.dll")), KEST_HAS_MANAGED != 0);
+    EXPECT_TRUE(std::filesystem::exists(path("tool/include/kestbundle/standalone/ModuleApi.h")));
 }
 
 } // namespace

@@ -77,6 +77,14 @@ TEST_F(SchemaTest, TheManifestsOfTheSamplesAreValid)
     EXPECT_GT(count, 15U);
 }
 
+TEST_F(SchemaTest, TheManifestOfANewBundleIsValid)
+{
+    ASSERT_NE(schema, nullptr);
+    const ToolRun done = runTool({"new", "Hello", "--kind", "native,lisp,python,managed,menus", "--requirements"});
+    EXPECT_EQ(done.status, 0) << done;
+    EXPECT_EQ(problemsOf(contentOf(path("Hello.bundle/PackageContents.xml"))), Lines());
+}
+
 TEST_F(SchemaTest, ElementsMayBeMissingRepeatedAndInAnyOrder)
 {
     ASSERT_NE(schema, nullptr);
