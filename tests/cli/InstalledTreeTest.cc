@@ -36,7 +36,10 @@ TEST_F(InstalledTreeTest, EverythingThatTheToolOpensIsFoundBesideIt)
     EXPECT_EQ(report["commandRuns"][0]["output"], KEST_HAS_LISP != 0 ? "LISP" : "");
     EXPECT_EQ(std::filesystem::exists(path("tool/lib/VxManagedCommand.dll")), KEST_HAS_MANAGED != 0);
     EXPECT_EQ(std::filesystem::exists(path("tool/lib/kest/Kest.dll")), KEST_HAS_MANAGED != 0);
-    EXPECT_TRUE(std::filesystem::exists(path("tool/include/kestbundle/standalone/ModuleApi.h")));
+    for (const char* file : {"include/kestbundle/standalone/ModuleApi.h", "share/man/man1/kestbundle-run.1",
+                             "share/bash-completion/completions/kestbundle", "share/zsh/site-functions/_kestbundle"}) {
+        EXPECT_TRUE(std::filesystem::exists(path("tool/") + file)) << file;
+    }
 }
 
 } // namespace
