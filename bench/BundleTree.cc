@@ -1,5 +1,6 @@
 #include "bench/BundleTree.h"
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 #include <stdexcept>
@@ -35,7 +36,8 @@ std::vector<std::size_t> dependenciesOf(const TreeDescription& tree, std::size_t
 
 std::string identityOf(std::size_t bundle)
 {
-    return "{6B29FC40-CA47-1067-B31D-" + bundleName(bundle) + "}";
+    const std::string number = std::to_string(bundle);
+    return "{6B29FC40-CA47-1067-B31D-" + std::string(12 - number.size(), '0') + number + "}";
 }
 
 std::string componentsOf(const TreeDescription& tree, std::size_t bundle)
@@ -72,7 +74,7 @@ void writeFile(const std::filesystem::path& path, const std::string& text)
 std::string bundleName(std::size_t bundle)
 {
     const std::string number = std::to_string(bundle);
-    return std::string(12 - number.size(), '0') + number;
+    return "Aids" + std::string(5 - std::min<std::size_t>(number.size(), 5), '0') + number;
 }
 
 std::string manifestOf(const TreeDescription& tree, std::size_t bundle)
@@ -129,15 +131,17 @@ std::filesystem::path bundleFolder(const std::filesystem::path& home)
     return home / ".config/ORRELIN/ApplicationPlugins";
 }
 
-void writeTree(const TreeDescription& tree, const std::filesystem::path& folder)
+void writeTree(const TreeDescription& tree, const std::filesystem::path& folder, bool forOthers)
 {
     const std::filesystem::path bundles = bundleFolder(folder / "home");
     std::filesystem::create_directories(bundles);
     for (std::size_t bundle = 0; bundle < tree.bundles; ++bundle) {
         const std::string name = bundleName(bundle);
         writeFile(bundles / (name + ".bundle") / "PackageContents.xml", manifestOf(tree, bundle));
-        writeFile(folder / "keyfiles" / name / (name + ".plugin"), keyFileOf(tree, bundle));
-        writeFile(folder / "json" / name / "metadata.json", jsonOf(tree, bundle));
+        if (forOthers) {
+            writeFile(folder / "keyfiles" / name / (name + ".plugin"), keyFileOf(tree, bundle));
+            writeFile(folder / "json" / name / "metadata.json", jsonOf(tree, bundle));
+        }
     }
 }
 

@@ -37,7 +37,7 @@ std::string jsonOf(const TreeDescription& tree, std::size_t bundle);
 /// Where the bundles of the home folder `home` lie.
 std::filesystem::path bundleFolder(const std::filesystem::path& home);
 
-/// Writes the tree into `folder`, which must not exist: "home" with the bundles, "keyfiles" and "json".
-void writeTree(const TreeDescription& tree, const std::filesystem::path& folder);
+/// Writes the tree into `folder`: "home" with the bundles, and with `forOthers` also "keyfiles" and "json".
+void writeTree(const TreeDescription& tree, const std::filesystem::path& folder, bool forOthers);
 
 } // namespace bench
