@@ -18,12 +18,21 @@ bool endsLikeBundle(std::wstring_view name)
     return localetext::equalIgnoringCase(name.substr(name.size() - length), kBundleSuffix);
 }
 
+/// The path of `name` in `folder`, without room to spare: the lists keep paths as long as the library lives.
+CStdStr<wchar_t> pathIn(const CStdStr<wchar_t>& folder, std::wstring_view name)
+{
+    CStdStr<wchar_t> path;
+    path.reserve(folder.size() + 1 + name.size());
+    path.append(folder).append(1, L'/').append(name);
+    return path;
+}
+
 /// Calls `onEntry` for each entry of `folder` until it returns true. The handle is abandoned, as the host expects.
 template <typename OnEntry>
 void listFolder(const CStdStr<wchar_t>& folder, OnEntry onEntry)
 {
     WIN32_FIND_DATAW entry{};
-    FindHandle handle = FindFirstFileW((folder + L"/*").c_str(), &entry);
+    FindHandle handle = FindFirstFileW(pathIn(folder, L"*").c_str(), &entry);
     if (handle == invalidFindHandle()) {
         return;
     }
@@ -49,7 +58,7 @@ void KestBundleManager::fetchBundlePath(const CStdStr<wchar_t>& root)
 {
     listFolder(root, [&](const WIN32_FIND_DATAW& entry) {
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && endsLikeBundle(entry.cFileName)) {
-            CStdStr<wchar_t> folder = root + L"/" + entry.cFileName;
+            CStdStr<wchar_t> folder = pathIn(root, entry.cFileName);
             if (fetchXmlPath(folder)) {
                 bundlePaths.push_back(std::move(folder));
             }
@@ -63,7 +72,7 @@ bool KestBundleManager::fetchXmlPath(const CStdStr<wchar_t>& folder)
     bool found = false;
     listFolder(folder, [&](const WIN32_FIND_DATAW& entry) {
         if (BundleStrConst::xml_FileNameConst == entry.cFileName) {
-            manifestPaths.emplace_back(folder + L"/" + entry.cFileName);
+            manifestPaths.push_back(pathIn(folder, entry.cFileName));
             found = true;
         }
         return found;

@@ -125,7 +125,8 @@ void KestBundle::readXmlAttributeEntry(KestComponentEntry& entry)
     }
     if (localetext::equalIgnoringCase(std::wstring_view(value).substr(0, 2), L"./")) {
         value.erase(0, 1);
-        entry.moduleName = bundlePath + value;
+        entry.moduleName.reserve(bundlePath.size() + value.size()); // without room to spare: it is kept
+        entry.moduleName.assign(bundlePath).append(value);
     }
     xmlReader->attribute(BundleStrConst::entry_AppName, value);
     entry.appName = value;
