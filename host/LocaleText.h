@@ -160,7 +160,11 @@ constexpr bool equalIgnoringCase(std::wstring_view one, std::wstring_view other)
 inline void upperByGlobalLocale(std::wstring& text)
 {
     for (wchar_t& unit : text) {
-        unit = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(unit)));
+        // A locale gives an upper case to lower-case letters alone, and of ASCII it may add none to a to z.
+        const bool mayBeLower = static_cast<char32_t>(unit) >= 0x80 || (unit >= L'a' && unit <= L'z');
+        if (mayBeLower) {
+            unit = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(unit)));
+        }
     }
 }
 

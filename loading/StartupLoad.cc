@@ -37,11 +37,12 @@ bool loadAtStartup(KestBundle& bundle, const KestComponentEntry& entry)
 void registerCommands(KestBundle& bundle, KestComponentEntry& entry)
 {
     const CStdStr<wchar_t>& path = entry.moduleName;
+    const bool isPython = moduleKindOf(path) == ModuleKind::kPython;
     for (KestCommands& group : entry.commands) {
         for (KestCommand& command : group.commands) {
             localetext::upperByGlobalLocale(command.localName);
             bundle.commandModuleMap.try_emplace(command.localName, path);
-            if (moduleKindOf(path) == ModuleKind::kPython) {
+            if (isPython) {
                 bundle.pythonVersionMap.try_emplace(path, localetext::widen(entry.pythonVersion));
             }
             if (!command.localName.empty()) {
