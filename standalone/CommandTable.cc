@@ -23,10 +23,10 @@ std::wstring upperCase(std::wstring name)
 
 CommandRegistry::CommandRegistry(Journal& events) : journal(events) {}
 
-void CommandRegistry::announce(const std::wstring& name, int kind)
+void CommandRegistry::announce(std::wstring name, int kind)
 {
-    announced[upperCase(name)] = kind;
-    journal.add(CommandAnnounced{name, kind});
+    announced[name] = kind;
+    journal.add(CommandAnnounced{std::move(name), kind});
 }
 
 std::optional<int> CommandRegistry::announcedKind(const std::wstring& name) const

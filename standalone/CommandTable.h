@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace standalone {
@@ -30,8 +31,9 @@ public:
     CommandRegistry(const CommandRegistry&) = delete;
     CommandRegistry& operator=(const CommandRegistry&) = delete;
 
-    /// Notes that `name` is known by name, with its kind; a later announcement of the same name replaces the kind.
-    void announce(const std::wstring& name, int kind);
+    /// Notes that `name`, which is in upper case already, is known by name, with its kind; a later announcement of the
+    /// same name replaces the kind.
+    void announce(std::wstring name, int kind);
 
     /// The kind under which `name` was announced.
     std::optional<int> announcedKind(const std::wstring& name) const;
@@ -85,7 +87,7 @@ private:
     bool add(std::string_view name, std::function<std::string()> function, bool mayReplaceItsOwn);
 
     Journal& journal;
-    std::map<std::wstring, int> announced;
+    std::unordered_map<std::wstring, int> announced;
     std::map<std::wstring, Command> registered;
     std::vector<Registration*> registering; ///< innermost last
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -106,9 +107,10 @@ class Journal
 {
 public:
     /// Adds `entry` and returns its index, by which it can be amended later.
-    std::size_t add(JournalEntry entry)
+    template <typename Entry>
+    std::size_t add(Entry entry)
     {
-        all.push_back(std::move(entry));
+        all.emplace_back(std::move(entry));
         return all.size() - 1;
     }
 
