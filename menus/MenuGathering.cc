@@ -86,6 +86,7 @@ void KestBundleManager::loadBundleCuix()
         return;
     }
     std::unordered_set<std::wstring_view> placed;
+    placed.reserve(bundles.size());
     CStdStr<wchar_t> menuList;
     attemptInDependencyOrder(
         {}, [&](const KestBundle& bundle) { return placed.contains(bundle.package.upgradeCode); },

@@ -18,6 +18,10 @@ namespace {
 /// Enough for a folder of a thousand entries in one call.
 constexpr std::size_t kBlock = std::size_t{64} * 1024;
 
+/// What a bundle's folder has, so that most listings need not grow.
+constexpr std::size_t kUsualEntries = 8;
+constexpr std::size_t kUsualName = 16;
+
 bool precedes(std::wstring_view one, std::wstring_view other)
 {
     // Unsigned on every machine.
@@ -32,6 +36,8 @@ int FolderListing::read(const char* path)
 {
     entries.clear();
     names.clear();
+    entries.reserve(kUsualEntries);
+    names.reserve(kUsualEntries * kUsualName);
     const int folder = ::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
     if (folder < 0) {
         return errno;
