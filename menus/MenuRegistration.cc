@@ -2,6 +2,10 @@
 #include "bundle/BundleManager.h"
 #include "menus/VariantText.h"
 
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
 namespace {
 
 constexpr wchar_t kBundleMenusKey[] = L"CUIX/LoadedBundleCuix";
@@ -58,13 +62,20 @@ void KestBundleManager::writeCuixToConfig(const CStdStr<wchar_t>& menuList)
     CStringArray hostEntries;
     divString(hostList, separator, hostEntries);
 
+    std::unordered_map<std::wstring_view, std::vector<int>> places; // of each text among the host's entries
+    for (int place = 0; place < hostEntries.GetSize(); ++place) {
+        places[hostEntries[place]].push_back(place);
+    }
+
     // Meant: text is removed, not entries, and the entries stay those of the list before the first removal. An empty
     // old entry, which the first run has, takes out every separator when the host's list has an empty entry.
     for (int old = 0; old < oldEntries.GetSize(); ++old) {
-        for (int host = 0; host < hostEntries.GetSize(); ++host) {
-            if (oldEntries[old] == hostEntries[host]) {
-                removeText(hostList, host > 0 ? separator + oldEntries[old] : oldEntries[old]);
-            }
+        const auto found = places.find(oldEntries[old]);
+        if (found == places.end()) {
+            continue;
+        }
+        for (const int place : found->second) {
+            removeText(hostList, place > 0 ? separator + oldEntries[old] : oldEntries[old]);
         }
     }
     if (!menuList.empty()) {
