@@ -170,16 +170,22 @@ void TokenBatch::name(std::size_t token, std::wstring& wide) const
 
 void TokenBatch::value(std::size_t token, std::wstring_view attribute, std::wstring& wide) const
 {
-    const std::size_t end = token + 1 < tokens.size() ? tokens[token + 1].attributesBegin : attributes.size();
+    const std::size_t end = attributesEnd(token);
     for (std::size_t at = tokens[token].attributesBegin; at < end; ++at) {
         const Attribute& candidate = attributes[at];
         if (candidate.isAsciiName ? isSameAscii(candidate.name, attribute) : isSameDecoded(candidate.name, attribute)) {
-            widenInto(wide,
-                      std::string_view(text).substr(candidate.valueBegin, candidate.valueEnd - candidate.valueBegin));
+            widenInto(wide, valueOf(candidate));
             return;
         }
     }
     wide.clear();
+}
+
+std::wstring TokenBatch::widened(std::string_view utf8)
+{
+    std::wstring wide;
+    widenInto(wide, utf8);
+    return wide;
 }
 
 void TokenBatch::clear()

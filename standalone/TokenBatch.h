@@ -35,6 +35,15 @@ public:
     /// Writes the value of the attribute `attribute` of `token` into `wide`, empty when there is none.
     void value(std::size_t token, std::wstring_view attribute, std::wstring& wide) const;
 
+    /// Calls `each(name, wideName, value)` for each attribute of `token`; `name` is UTF-8 and the parser's own.
+    template <typename Each>
+    void forEachAttribute(std::size_t token, const Each& each) const
+    {
+        for (std::size_t at = tokens[token].attributesBegin; at < attributesEnd(token); ++at) {
+            each(attributes[at].name, widened(attributes[at].name), widened(valueOf(attributes[at])));
+        }
+    }
+
     /// Forgets all tokens; keeps the memory for the next ones unless it is much.
     void clear();
 
@@ -52,6 +61,16 @@ private:
         std::uint32_t valueEnd = 0;
         bool isAsciiName = false;
     };
+
+    std::size_t attributesEnd(std::size_t token) const
+    {
+        return token + 1 < tokens.size() ? tokens[token + 1].attributesBegin : attributes.size();
+    }
+    std::string_view valueOf(const Attribute& attribute) const
+    {
+        return std::string_view(text).substr(attribute.valueBegin, attribute.valueEnd - attribute.valueBegin);
+    }
+    static std::wstring widened(std::string_view utf8);
 
     std::vector<Token> tokens;
     std::vector<Attribute> attributes; ///< of all tokens, those of one side by side
