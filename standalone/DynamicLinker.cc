@@ -6,6 +6,7 @@
 #include "standalone/Host.h"
 #include "standalone/ModuleApi.h"
 #include "standalone/ModuleFile.h"
+#include "standalone/ModuleImage.h"
 #include "standalone/Utf8.h"
 
 #include "host/LocaleText.h"
@@ -76,7 +77,7 @@ bool ModuleLinker::loadModule(const wchar_t* path, bool /*printit*/, bool /*asCo
     const std::size_t entry = host.journal().add(ModuleLoad{path, false, "", 0, 0});
     const LoadTimer timer(host);
     const std::string file = localetext::narrow(path);
-    const std::string problem = host.rehearsal() == nullptr ? load(file) : problemOfFile(file);
+    const std::string problem = host.rehearsal() == nullptr ? load(file) : rehearse(file);
     auto& noted = std::get<ModuleLoad>(host.journal().at(entry));
     noted.loaded = problem.empty();
     noted.problem = problem;
@@ -108,6 +109,12 @@ std::string ModuleLinker::load(const std::string& path)
     }
     ::dlclose(module); // gives back what this request took; a module that is loaded stays
     return problem;
+}
+
+std::string ModuleLinker::rehearse(const std::string& path)
+{
+    std::string problem = problemOfFile(path);
+    return problem.empty() ? problemOf(examineModule(path)) : problem;
 }
 
 std::string ModuleLinker::runEntry(const std::string& path, void* module)

@@ -31,6 +31,7 @@ public:
 
 private:
     std::string load(const std::string& path);
+    static std::string rehearse(const std::string& path);
     std::string runEntry(const std::string& path, void* module);
 
     Host& host;
