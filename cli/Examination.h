@@ -124,7 +124,16 @@ struct Examination
 /// manager lives as long as that does. The working directory is what it was afterwards.
 Examination examineInstalled(standalone::HostSettings settings);
 
-/// Examines the bundle folders `folders`, absolute paths, as if they and no others were installed. As above.
-Examination examineFolders(standalone::HostSettings settings, const std::vector<std::wstring>& folders);
+/// What is taken for granted about bundles that others depend on and that are not there.
+enum class OtherBundles
+{
+    kMissing,
+    kLoaded, ///< they are installed where the bundles are going to be, and load
+};
+
+/// Examines the bundle folders `folders`, absolute paths, as if they were installed, and no others but `others`. As
+/// above.
+Examination examineFolders(standalone::HostSettings settings, const std::vector<std::wstring>& folders,
+                           OtherBundles others = OtherBundles::kMissing);
 
 } // namespace cli

@@ -77,6 +77,29 @@ private:
     KestBundleManager& one;
 };
 
+/// Puts a loaded bundle without manifest in front for each identity that the bundles of `manager` depend on and do not
+/// have themselves.
+void addOtherBundles(KestBundleManager& manager)
+{
+    std::set<std::wstring> wanted;
+    for (const KestBundle* bundle : manager.bundles) {
+        for (const KestDependentBundle& dependency : bundle->dependentBundles) {
+            wanted.insert(dependency.upgradeCode);
+        }
+    }
+    for (const KestBundle* bundle : manager.bundles) {
+        wanted.erase(bundle->package.upgradeCode);
+    }
+    for (const std::wstring& identity : wanted) {
+        auto other = std::make_unique<KestBundle>();
+        other->isLoad = true;
+        other->package.upgradeCode = identity;
+        manager.bundles.insert(manager.bundles.begin(), other.get());
+        static_cast<void>(other.release());
+        manager.loadedStatus.push_back({identity});
+    }
+}
+
 } // namespace
 
 Examiner::Examiner(standalone::HostSettings settings)
@@ -160,7 +183,8 @@ void Examiner::takeLog()
 
 void Examiner::takeBundles(const KestBundleManager& manager)
 {
-    auto kept = manager.bundles.begin();
+    auto kept = std::find_if(manager.bundles.begin(), manager.bundles.end(),
+                             [](const KestBundle* bundle) { return !bundle->xmlPath.empty(); });
     for (std::size_t index = 0; index < std::min(manager.bundlePaths.size(), manager.manifestPaths.size()); ++index) {
         ExaminedBundle bundle;
         bundle.folder = manager.bundlePaths[index];
@@ -330,27 +354,31 @@ Examination examineInstalled(standalone::HostSettings settings)
     return examination;
 }
 
-Examination examineFolders(standalone::HostSettings settings, const std::vector<std::wstring>& folders)
+Examination examineFolders(standalone::HostSettings settings, const std::vector<std::wstring>& folders,
+                           OtherBundles others)
 {
-    std::vector<std::wstring> others;
+    std::vector<std::wstring> none;
     Examination examination = Examiner(std::move(settings)).examine([&](KestBundleManager& manager) {
         for (const std::wstring& folder : folders) {
             if (manager.fetchXmlPath(folder)) {
                 manager.bundlePaths.emplace_back(folder);
             } else {
-                others.push_back(folder);
+                none.push_back(folder);
             }
         }
         if (manager.collectBundle()) {
+            if (others == OtherBundles::kLoaded) {
+                addOtherBundles(manager);
+            }
             manager.loadBundleCuix();
         } else {
             manager.writeCuixToConfig({});
         }
     });
-    for (std::wstring& folder : others) {
-        ExaminedBundle none;
-        none.folder = std::move(folder);
-        examination.bundles.push_back(std::move(none));
+    for (std::wstring& folder : none) {
+        ExaminedBundle bundle;
+        bundle.folder = std::move(folder);
+        examination.bundles.push_back(std::move(bundle));
     }
     return examination;
 }
