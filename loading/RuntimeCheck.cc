@@ -2,11 +2,13 @@
 #include "host/Configuration.h"
 #include "host/Kds.h"
 #include "host/TextLayer.h"
+#include "loading/ProductVersion.h"
 #include "manifest/Bundle.h"
+
+const wchar_t* loading::productVersion = L"26.0";
 
 namespace {
 
-constexpr wchar_t kProductVersion[] = L"26.0";
 constexpr int kFieldsNeeded = 4;
 constexpr int kOSField = 2;
 constexpr int kArchitectureField = 3;
@@ -14,7 +16,7 @@ constexpr int kArchitectureField = 3;
 /// Whether `seriesMin` <= version <= `seriesMax`; a bound of 0.0, which is what no number reads as, is none.
 bool isInSeries(const CStdStr<wchar_t>& seriesMin, const CStdStr<wchar_t>& seriesMax)
 {
-    const double version = _wtof(kProductVersion);
+    const double version = _wtof(loading::productVersion);
     const double min = _wtof(seriesMin.c_str());
     const double max = _wtof(seriesMax.c_str());
     return !((min != 0.0 && version < min) || (max != 0.0 && version > max));
