@@ -111,10 +111,12 @@ std::string ModuleLinker::load(const std::string& path)
     return problem;
 }
 
-std::string ModuleLinker::rehearse(const std::string& path)
+std::string ModuleLinker::rehearse(const std::string& path) const
 {
-    std::string problem = problemOfFile(path);
-    return problem.empty() ? problemOf(examineModule(path)) : problem;
+    const unsigned machine = host.settings().machine;
+    const bool isForeign = machine != 0 && !isOwnMachine(machine);
+    std::string problem = isForeign ? problemOnMachine(path, machine) : problemOfFile(path);
+    return problem.empty() && !isForeign ? problemOf(examineModule(path)) : problem;
 }
 
 std::string ModuleLinker::runEntry(const std::string& path, void* module)

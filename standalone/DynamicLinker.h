@@ -31,7 +31,7 @@ public:
 
 private:
     std::string load(const std::string& path);
-    static std::string rehearse(const std::string& path);
+    std::string rehearse(const std::string& path) const;
     std::string runEntry(const std::string& path, void* module);
 
     Host& host;

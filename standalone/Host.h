@@ -24,6 +24,7 @@ struct HostSettings
     std::string configurationFile; ///< the SQLite file; its folder is made when the host starts
     std::wstring vernum;           ///< the value of "VERNUM"; empty: machineVernum()
     std::wstring productName;      ///< empty: kDefaultProductName
+    unsigned machine = 0;          ///< that a rehearsal is about, by its number in ELF; 0: this one
     bool rehearses = false;        ///< nothing is executed, nothing on disk is changed; see Rehearsal
 };
 

@@ -4,8 +4,10 @@
 
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstring>
 #include <link.h>
+#include <utility>
 
 /// The header of the program's own file, which the linker provides.
 extern const ElfW(Ehdr) __ehdr_start __attribute__((visibility("hidden"))); // NOLINT(bugprone-reserved-identifier)
@@ -19,9 +21,9 @@ constexpr unsigned char kOwnByteOrder = std::endian::native == std::endian::litt
 /// Program headers follow the file's header: this is room for as many as a linker writes.
 constexpr std::size_t kRoom = 4096;
 
-std::string machineName(const ElfW(Ehdr) & header)
+std::string machineName(unsigned number)
 {
-    switch (header.e_machine) {
+    switch (number) {
     case EM_X86_64:
         return "64-bit x86";
     case EM_386:
@@ -33,7 +35,7 @@ std::string machineName(const ElfW(Ehdr) & header)
     case EM_RISCV:
         return "RISC-V";
     default:
-        return "machine number " + std::to_string(int{header.e_machine});
+        return "machine number " + std::to_string(number);
     }
 }
 
@@ -57,7 +59,8 @@ std::string problemOfModuleFile(const std::string& path)
     }
     // Up to the machine's number the header is the same for files of 32 and 64 bits.
     if (header.e_machine != __ehdr_start.e_machine) {
-        return "it is made for " + machineName(header) + ", and this machine is " + machineName(__ehdr_start);
+        return "it is made for " + machineName(header.e_machine) + ", and this machine is " +
+               machineName(__ehdr_start.e_machine);
     }
     for (std::size_t index = 0; index < header.e_phnum; ++index) {
         ElfW(Phdr) part;
@@ -73,6 +76,49 @@ std::string problemOfModuleFile(const std::string& path)
         }
     }
     return "";
+}
+
+std::optional<unsigned> machineNumber(std::wstring_view name)
+{
+    constexpr std::pair<std::wstring_view, unsigned> kMachines[] = {
+        {L"x86_64", EM_X86_64}, {L"x86", EM_X86_64}, {L"aarch64", EM_AARCH64}, {L"i386", EM_386},
+        {L"i686", EM_386},      {L"armv7l", EM_ARM}, {L"riscv64", EM_RISCV},
+    };
+    for (const auto& [known, number] : kMachines) {
+        if (known == name) {
+            return number;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string problemOnMachine(const std::string& path, unsigned number)
+{
+    RegularFile file;
+    std::array<char, offsetof(ElfW(Ehdr), e_version)> begin{};
+    std::size_t length = 0;
+    std::string problem = file.open(path.c_str());
+    if (problem.empty()) {
+        problem = file.read(begin.data(), begin.size(), length);
+    }
+    if (!problem.empty()) {
+        return problem;
+    }
+    if (length < begin.size() || std::memcmp(begin.data(), ELFMAG, SELFMAG) != 0) {
+        return "it is no native module: it does not begin like an ELF file";
+    }
+    std::array<unsigned char, 2> bytes{};
+    std::memcpy(bytes.data(), begin.data() + offsetof(ElfW(Ehdr), e_machine), bytes.size());
+    const bool isBig = begin[EI_DATA] == ELFDATA2MSB;
+    const unsigned found = bytes[isBig ? 1 : 0] + 256U * bytes[isBig ? 0 : 1];
+    return found == number
+               ? ""
+               : "it is made for " + machineName(found) + ", and the machine asked for is " + machineName(number);
+}
+
+bool isOwnMachine(unsigned number)
+{
+    return number == __ehdr_start.e_machine;
 }
 
 } // namespace standalone

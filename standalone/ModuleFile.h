@@ -1,7 +1,9 @@
 // What can be told of a native module from its file, before any of it is mapped into the process.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace standalone {
 
@@ -9,5 +11,15 @@ namespace standalone {
 /// short, which would end the process when the missing part is touched. Empty when nothing of that is so; whatever else
 /// may be wrong with it, the dynamic linker says. In UTF-8. The format is ELF, of the System V ABI.
 std::string problemOfModuleFile(const std::string& path);
+
+/// The number that ELF has for a machine which uname() calls `name`, with or without the length of its words; nothing
+/// for one that is not known here.
+std::optional<unsigned> machineNumber(std::wstring_view name);
+
+/// Why the file at the narrow `path` is no native module for the machine `number`; empty when it is one. In UTF-8.
+std::string problemOnMachine(const std::string& path, unsigned number);
+
+/// Whether `number` is this machine's.
+bool isOwnMachine(unsigned number);
 
 } // namespace standalone

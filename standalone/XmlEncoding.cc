@@ -70,16 +70,23 @@ std::string decoded(std::string_view bytes, xmlCharEncodingHandlerPtr decoder)
 
 } // namespace
 
+std::string encodingOfXml(std::string_view bytes)
+{
+    const xmlCharEncoding begin = encodingByBegin(bytes);
+    if (begin == XML_CHAR_ENCODING_UTF8 && bytes.starts_with(kMark)) {
+        return "";
+    }
+    if (begin == XML_CHAR_ENCODING_NONE || begin == XML_CHAR_ENCODING_UTF8) {
+        return declaredEncoding(bytes);
+    }
+    const char* const name = xmlGetCharEncodingName(begin);
+    return name != nullptr ? name : "";
+}
+
 std::string utf8OfXml(std::string_view bytes)
 {
     const XmlMessages silent(ignore, nullptr);
-    const xmlCharEncoding begin = encodingByBegin(bytes);
-    std::string name;
-    if (begin == XML_CHAR_ENCODING_NONE || begin == XML_CHAR_ENCODING_UTF8) {
-        name = begin == XML_CHAR_ENCODING_NONE || !bytes.starts_with(kMark) ? declaredEncoding(bytes) : "";
-    } else {
-        name = xmlGetCharEncodingName(begin);
-    }
+    const std::string name = encodingOfXml(bytes);
     std::string text;
     if (name.empty()) {
         text = bytes;
