@@ -94,6 +94,7 @@ ManifestDocument readManifestDocument(const std::string& path)
     if (!document.unreadable.empty()) {
         return document;
     }
+    document.encoding = standalone::encodingOfXml(content);
     const std::string utf8 = standalone::utf8OfXml(content);
     ElementBuilder builder(document, utf8);
     standalone::SaxDocument parser;

@@ -37,6 +37,7 @@ struct ManifestDocument
     std::string unreadable;   ///< UTF-8; why the file cannot be read; empty when it can
     bool isMalformed = false; ///< `fault` then says why
     standalone::XmlFault fault;
+    std::string encoding;                  ///< as it is declared; empty: UTF-8
     bool isCut = false;                    ///< it has more elements and attributes than are kept here
     std::vector<ManifestElement> elements; ///< in document order
 
