@@ -1,44 +1,23 @@
 // Which menus a bundle brings, and in which order the bundles bring them.
 #include "bundle/BundleManager.h"
 #include "host/Configuration.h"
-#include "host/LocaleText.h"
 #include "host/MenuDatabase.h"
 #include "manifest/Bundle.h"
+#include "menus/MenuKind.h"
 
-#include <cwchar>
 #include <unordered_set>
 
 namespace {
 
-/// The text from the last "." of `path`, or all of it, up to the first zero code unit of the path.
-std::wstring_view extensionOf(const CStdStr<wchar_t>& path)
-{
-    const std::size_t point = path.rfind(L'.');
-    const std::size_t begin = point == std::wstring::npos ? 0 : point;
-    const std::size_t end = std::wcslen(path.c_str());
-    return end < begin ? std::wstring_view() : std::wstring_view(path).substr(begin, end - begin);
-}
-
-/// Whether `extension` is one of a legacy menu format, which the host converts.
-bool isLegacyMenu(std::wstring_view extension)
-{
-    for (const std::wstring_view legacy : {L".mnu", L".mns", L".menuc"}) {
-        if (localetext::equalIgnoringCase(extension, legacy)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 /// The path of the menu in the host's format that the module at `path` is or is converted to; empty when it is none.
 CStdStr<wchar_t> menuOf(const CStdStr<wchar_t>& path)
 {
-    const std::wstring_view extension = extensionOf(path);
-    if (localetext::equalIgnoringCase(extension, L".cuix")) {
+    const MenuKind kind = menuKindOf(path);
+    if (kind == MenuKind::kCurrent) {
         return path;
     }
     CStdStr<wchar_t> converted;
-    if (isLegacyMenu(extension) && Database::convertMenuToCuix(path, converted)) {
+    if (kind == MenuKind::kLegacy && Database::convertMenuToCuix(path, converted)) {
         return converted;
     }
     return {};
