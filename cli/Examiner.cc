@@ -250,7 +250,7 @@ void Examiner::judge(ExaminedComponent& component, bool isReached)
             component.outcome = component.menu.empty() ? ComponentOutcome::kMenuFailed : ComponentOutcome::kMenu;
             return;
         }
-        if (registeredMenus.contains(entry.moduleName)) {
+        if (isRegistered(entry.moduleName)) {
             component.menu = entry.moduleName;
             component.outcome = ComponentOutcome::kMenu;
             return;
@@ -266,6 +266,15 @@ void Examiner::judge(ExaminedComponent& component, bool isReached)
     } else {
         component.outcome = entry.loadsOnCommand() ? ComponentOutcome::kOnDemand : ComponentOutcome::kNeither;
     }
+}
+
+bool Examiner::isRegistered(const std::wstring& menu) const
+{
+    if (menu.find(L';') == std::wstring::npos) {
+        return registeredMenus.contains(menu);
+    }
+    // Such a path is stored as it is, and read back as several entries.
+    return (L";" + facts.bundleMenus.after.value_or(L"") + L";").find(L";" + menu + L";") != std::wstring::npos;
 }
 
 ComponentOutcome Examiner::startupOutcome(const ExaminedComponent& component) const

@@ -43,6 +43,7 @@ private:
     void take(ExaminedBundle& bundle, const KestBundle& read);
     BundleState stateOf(const ExaminedBundle& bundle, const KestBundle& kept) const;
     void judge(ExaminedComponent& component, bool isReached);
+    bool isRegistered(const std::wstring& menu) const;
     ComponentOutcome startupOutcome(const ExaminedComponent& component) const;
     void rehearseCommands(KestBundleManager& manager);
     OnDemandLoad rehearseCommand(KestBundleManager& manager, const std::wstring& name, const KestComponentEntry& entry);
