@@ -3,12 +3,15 @@
 #include "cli/Examination.h"
 #include "cli/ExitStatus.h"
 #include "cli/ListReport.h"
+#include "cli/ListedBundle.h"
 #include "cli/Shown.h"
+#include "cli/Terminal.h"
+#include "cli/rules/Reasons.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
-#include <unistd.h>
+#include <vector>
 
 namespace cli {
 
@@ -41,13 +44,12 @@ void addListCommand(CLI::App& app, Action& chosen)
 int list(const ListOptions& options)
 {
     const Examination examination = examineInstalled(settingsFrom(options.host));
-    const bool isAllLoaded =
-        examination.failure.empty() &&
-        std::all_of(examination.bundles.begin(), examination.bundles.end(), [](const ExaminedBundle& bundle) {
-            return bundle.isLoaded() && bundle.state != BundleState::kLoadedWithFailures;
-        });
-    const int status = isAllLoaded ? kAllWell : kSomethingFailed;
-    print(stdout, options.json ? listJson(examination, status) : listText(examination, ::isatty(STDOUT_FILENO) == 1));
+    const Findings reasons = findReasons(examination);
+    const std::vector<ListedBundle> bundles = listedBundles(examination, reasons);
+    const bool isAllWell = examination.failure.empty() && std::all_of(bundles.begin(), bundles.end(), cli::isAllLoaded);
+    const int status = isAllWell ? kAllWell : kSomethingFailed;
+    print(stdout, options.json ? listJson(examination, reasons, status)
+                               : listText(examination, reasons, {terminalWidth(), hasColours()}));
     return status;
 }
 

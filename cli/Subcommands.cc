@@ -1,5 +1,6 @@
 #include "cli/Subcommands.h"
 
+#include "cli/ExplainCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/NearestName.h"
 #include "cli/NewCommand.h"
@@ -22,6 +23,7 @@ constexpr AddSubcommand kSubcommands[] = {
     addRunCommand,
     addNewCommand,
     addListCommand,
+    addExplainCommand,
     addSchemaCommand,
 };
 

@@ -1,0 +1,48 @@
+#include "cli/FindingJson.h"
+
+#include "cli/Shown.h"
+
+namespace cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json orNull(const std::string& utf8)
+{
+    return utf8.empty() ? Json() : Json(utf8);
+}
+
+Json orNull(int number)
+{
+    return number == 0 ? Json() : Json(number);
+}
+
+} // namespace
+
+Json findingJson(const Finding& finding)
+{
+    return {{"code", finding.rule->code},
+            {"name", finding.rule->name},
+            {"severity", nameOf(finding.rule->severity)},
+            {"bundle", orNull(plainUtf8(finding.bundle))},
+            {"subject", orNull(plainUtf8(finding.subject))},
+            {"file", orNull(plainUtf8(finding.place.file))},
+            {"line", orNull(finding.place.line)},
+            {"column", orNull(finding.place.column)},
+            {"what", finding.what},
+            {"expected", orNull(finding.expected)},
+            {"found", orNull(finding.found)},
+            {"change", orNull(finding.mend)}};
+}
+
+Json findingsJson(const Findings& findings)
+{
+    Json list = Json::array();
+    for (const Finding& finding : findings) {
+        list.push_back(findingJson(finding));
+    }
+    return list;
+}
+
+} // namespace cli
