@@ -1,0 +1,26 @@
+// The tree of one fault: bundles of tests/fixtures, and what files in a checkout cannot hold.
+#pragma once
+
+#include "tests/cli/ToolTest.h"
+
+#include <string>
+
+class FaultFixture : public ToolTest
+{
+protected:
+    FaultFixture();
+
+    /// Installs the bundles of tests/fixtures/`fault` for the user, and makes what that fault needs beside them.
+    void installFault(const std::string& fault);
+
+    /// Stores `text` as the configuration value `key`, as the host does.
+    void store(const std::string& key, const std::string& text) const;
+
+    /// `kestbundle SUBCOMMAND` with a fixed host and `arguments`; its output is normalised.
+    ToolRun tell(std::vector<std::string> arguments);
+
+    std::string vernum = "26.0_1_Linux_test";
+
+private:
+    void makeExtras(const std::string& fault);
+};

@@ -1,0 +1,77 @@
+// What "explain" and "list" say about every fault of tests/fixtures, whole. KEST_RENEW_GOLDEN=1 writes the golden files
+// anew, and fails.
+#include "tests/cli/FaultFixture.h"
+
+#include "cli/rules/AllRules.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> allFaults()
+{
+    std::vector<std::string> faults;
+    for (const fs::directory_entry& entry : fs::directory_iterator(KEST_FIXTURE_FOLDER)) {
+        const std::string name = entry.path().filename().string();
+        if (!name.starts_with("check-") && !name.starts_with("graph-")) { // of those subcommands
+            faults.push_back(name);
+        }
+    }
+    std::sort(faults.begin(), faults.end());
+    return faults;
+}
+
+std::string goldenFile(const std::string& fault)
+{
+    return KEST_GOLDEN_FOLDER "/explain/" + fault + ".txt";
+}
+
+/// `run` as a part of a golden file.
+std::string section(const std::string& command, const ToolRun& run)
+{
+    return "$ kestbundle " + command + "\n" + run.output + run.errors + "exit status " + std::to_string(run.status) +
+           "\n\n";
+}
+
+class FaultTest : public FaultFixture, public ::testing::WithParamInterface<std::string>
+{
+protected:
+    /// What the tool says: a list, everything in short, and each bundle at length.
+    std::string said()
+    {
+        std::string text = section("list", tell({"list"})) + section("explain", tell({"explain"}));
+        std::vector<std::string> names;
+        for (const fs::directory_entry& entry :
+             fs::directory_iterator(KEST_FIXTURE_FOLDER "/" + GetParam(), fs::directory_options::none)) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::sort(names.begin(), names.end());
+        for (const std::string& name : names) {
+            text += section("explain " + name, tell({"explain", name}));
+        }
+        return text;
+    }
+};
+
+TEST_P(FaultTest, IsExplainedWhole)
+{
+    installFault(GetParam());
+    const std::string text = said();
+    if (std::getenv("KEST_RENEW_GOLDEN") != nullptr) {
+        write(goldenFile(GetParam()), text);
+        FAIL() << "the golden file is written anew";
+    }
+    EXPECT_EQ(text, contentOf(goldenFile(GetParam())));
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, FaultTest, ::testing::ValuesIn(allFaults()), [](const auto& fault) {
+    std::string name = fault.param;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
+
+} // namespace
