@@ -1,5 +1,6 @@
 #include "standalone/Rehearsal.h"
 
+#include "standalone/AssemblyFile.h"
 #include "standalone/EngineServices.h"
 #include "standalone/Host.h"
 #include "standalone/RegularFile.h"
@@ -9,30 +10,10 @@
 
 #include <cerrno>
 #include <fcntl.h>
-#include <string_view>
 #include <sys/mman.h>
 #include <unistd.h>
 
 namespace standalone {
-
-namespace {
-
-/// Why the regular file at `path` cannot be read; empty when it can. `begin` are its first bytes, up to 64 of them.
-std::string problemOfReading(const std::wstring& path, std::string& begin)
-{
-    constexpr std::size_t kRoom = 64;
-    begin.assign(kRoom, '\0');
-    RegularFile file;
-    std::size_t length = 0;
-    std::string problem = file.open(localetext::narrow(path).c_str());
-    if (problem.empty()) {
-        problem = file.read(begin.data(), kRoom, length);
-    }
-    begin.resize(length);
-    return problem;
-}
-
-} // namespace
 
 Rehearsal::Rehearsal(Host& owner) : host(owner) {}
 
@@ -87,18 +68,13 @@ std::string Rehearsal::written(const std::string& path) const
 
 bool Rehearsal::meetScript(const std::wstring& path)
 {
-    std::string begin;
-    return meet(path, problemOfReading(path, begin));
+    RegularFile file;
+    return meet(path, file.open(localetext::narrow(path).c_str()));
 }
 
 bool Rehearsal::meetAssembly(const std::wstring& path)
 {
-    std::string begin;
-    std::string problem = problemOfReading(path, begin);
-    if (problem.empty() && !begin.starts_with("MZ")) { // the format's own mark, of every executable of its family
-        problem = "it is not a managed assembly";
-    }
-    return meet(path, problem);
+    return meet(path, problemOfAssembly(localetext::narrow(path)));
 }
 
 bool Rehearsal::meet(const std::wstring& path, const std::string& problem)
