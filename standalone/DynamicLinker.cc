@@ -111,12 +111,18 @@ std::string ModuleLinker::load(const std::string& path)
     return problem;
 }
 
-std::string ModuleLinker::rehearse(const std::string& path) const
+std::string ModuleLinker::rehearse(const std::string& path)
 {
     const unsigned machine = host.settings().machine;
-    const bool isForeign = machine != 0 && !isOwnMachine(machine);
+    const bool isForeign = machine != 0 && machine != ownMachine();
     std::string problem = isForeign ? problemOnMachine(path, machine) : problemOfFile(path);
-    return problem.empty() && !isForeign ? problemOf(examineModule(path)) : problem;
+    if (problem.empty() && !isForeign) {
+        problem = problemOf(examineModule(path, rehearsed));
+    }
+    if (problem.empty() && !isForeign) {
+        rehearsed.add(path);
+    }
+    return problem;
 }
 
 std::string ModuleLinker::runEntry(const std::string& path, void* module)

@@ -1,6 +1,8 @@
 // The dynamic linker of the stand-alone host, for native modules.
 #pragma once
 
+#include "standalone/ModuleImage.h"
+
 #include "host/DynamicLinker.h"
 
 #include <set>
@@ -31,12 +33,13 @@ public:
 
 private:
     std::string load(const std::string& path);
-    std::string rehearse(const std::string& path) const;
+    std::string rehearse(const std::string& path);
     std::string runEntry(const std::string& path, void* module);
 
     Host& host;
     std::set<void*> loaded;      ///< modules whose entry succeeded for this host
     std::set<void*> beingLoaded; ///< modules whose entry is running
+    ModulesInMemory rehearsed;   ///< modules that would be loaded
 };
 
 } // namespace standalone

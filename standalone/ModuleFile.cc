@@ -21,6 +21,8 @@ constexpr unsigned char kOwnByteOrder = std::endian::native == std::endian::litt
 /// Program headers follow the file's header: this is room for as many as a linker writes.
 constexpr std::size_t kRoom = 4096;
 
+} // namespace
+
 std::string machineName(unsigned number)
 {
     switch (number) {
@@ -38,8 +40,6 @@ std::string machineName(unsigned number)
         return "machine number " + std::to_string(number);
     }
 }
-
-} // namespace
 
 std::string problemOfModuleFile(const std::string& path)
 {
@@ -92,33 +92,39 @@ std::optional<unsigned> machineNumber(std::wstring_view name)
     return std::nullopt;
 }
 
-std::string problemOnMachine(const std::string& path, unsigned number)
+std::optional<unsigned> machineOfFile(const std::string& path)
 {
     RegularFile file;
     std::array<char, offsetof(ElfW(Ehdr), e_version)> begin{};
     std::size_t length = 0;
-    std::string problem = file.open(path.c_str());
-    if (problem.empty()) {
-        problem = file.read(begin.data(), begin.size(), length);
-    }
-    if (!problem.empty()) {
-        return problem;
-    }
-    if (length < begin.size() || std::memcmp(begin.data(), ELFMAG, SELFMAG) != 0) {
-        return "it is no native module: it does not begin like an ELF file";
+    if (!file.open(path.c_str()).empty() || !file.read(begin.data(), begin.size(), length).empty() ||
+        length < begin.size() || std::memcmp(begin.data(), ELFMAG, SELFMAG) != 0) {
+        return std::nullopt;
     }
     std::array<unsigned char, 2> bytes{};
     std::memcpy(bytes.data(), begin.data() + offsetof(ElfW(Ehdr), e_machine), bytes.size());
     const bool isBig = begin[EI_DATA] == ELFDATA2MSB;
-    const unsigned found = bytes[isBig ? 1 : 0] + 256U * bytes[isBig ? 0 : 1];
-    return found == number
-               ? ""
-               : "it is made for " + machineName(found) + ", and the machine asked for is " + machineName(number);
+    return bytes[isBig ? 1 : 0] + 256U * bytes[isBig ? 0 : 1];
 }
 
-bool isOwnMachine(unsigned number)
+std::string problemOnMachine(const std::string& path, unsigned number)
 {
-    return number == __ehdr_start.e_machine;
+    RegularFile file;
+    if (std::string problem = file.open(path.c_str()); !problem.empty()) {
+        return problem;
+    }
+    const std::optional<unsigned> found = machineOfFile(path);
+    if (!found) {
+        return "it is no native module: it does not begin like an ELF file";
+    }
+    return *found == number
+               ? ""
+               : "it is made for " + machineName(*found) + ", and the machine asked for is " + machineName(number);
+}
+
+unsigned ownMachine()
+{
+    return __ehdr_start.e_machine;
 }
 
 } // namespace standalone

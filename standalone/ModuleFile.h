@@ -16,10 +16,17 @@ std::string problemOfModuleFile(const std::string& path);
 /// for one that is not known here.
 std::optional<unsigned> machineNumber(std::wstring_view name);
 
+/// The number of the machine that the ELF file at the narrow `path` is made for; nothing when it is no such file, or
+/// cannot be read.
+std::optional<unsigned> machineOfFile(const std::string& path);
+
+/// "64-bit Arm" for the machine `number`.
+std::string machineName(unsigned number);
+
 /// Why the file at the narrow `path` is no native module for the machine `number`; empty when it is one. In UTF-8.
 std::string problemOnMachine(const std::string& path, unsigned number);
 
-/// Whether `number` is this machine's.
-bool isOwnMachine(unsigned number);
+/// The number of the machine that this program is made for.
+unsigned ownMachine();
 
 } // namespace standalone

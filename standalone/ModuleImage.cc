@@ -27,7 +27,7 @@ std::string shown(const std::string& name)
 class ModuleScope
 {
 public:
-    explicit ModuleScope(const std::string& path)
+    ModuleScope(const std::string& path, const ModulesInMemory& loaded) : others(loaded)
     {
         Object& module = objects.emplace_back();
         problem = module.file.open(path);
@@ -66,7 +66,8 @@ private:
             if (!known.insert(name).second || isLibraryOpen(name) || objects.size() > kMostLibraries) {
                 continue;
             }
-            const std::string path = findLibrary(name, needing.paths);
+            const std::string* const other = others.find(name);
+            const std::string path = other != nullptr ? *other : findLibrary(name, needing.paths);
             Object library;
             if (path.empty() || !library.file.open(path).empty()) {
                 missing.push_back(shown(name));
@@ -99,6 +100,7 @@ private:
         return names;
     }
 
+    const ModulesInMemory& others;
     std::string problem;
     std::deque<Object> objects; ///< the module first, then what it needs, breadth first
     std::unordered_set<std::string> known;
@@ -118,11 +120,25 @@ std::string listed(const std::vector<std::string>& names)
 
 } // namespace
 
-ModuleImage examineModule(const std::string& path)
+void ModulesInMemory::add(const std::string& path)
+{
+    ElfFile file;
+    if (file.open(path).empty() && !file.ownName().empty()) {
+        byName.try_emplace(file.ownName(), path);
+    }
+}
+
+const std::string* ModulesInMemory::find(const std::string& name) const
+{
+    const auto found = byName.find(name);
+    return found != byName.end() ? &found->second : nullptr;
+}
+
+ModuleImage examineModule(const std::string& path, const ModulesInMemory& others)
 {
     ModuleImage image;
     image.problem = problemOfModuleFile(path);
-    return image.problem.empty() ? ModuleScope(path).image() : image;
+    return image.problem.empty() ? ModuleScope(path, others).image() : image;
 }
 
 std::string problemOf(const ModuleImage& image)
