@@ -185,9 +185,10 @@ void addIdentity(const BundleInput& input, Findings& findings)
 
 std::vector<const Rule*> dependencyRules()
 {
-    return {&kMissingDependency, &kDroppedDependency,    &kWaitingDependency,     &kDependencyCycle,
-            &kSelfDependency,    &kDependencyNeverLoads, &kLoadingEndedEarly,     &kVersionsNotCompared,
-            &kNoUpgradeCode,     &kRepeatedUpgradeCode,  &kDependencyWithoutCode, &kNoApplicationPackage};
+    return {&kMissingDependency,  &kDroppedDependency,    &kWaitingDependency,     &kDependencyCycle,
+            &kSelfDependency,     &kDependencyNeverLoads, &kLoadingEndedEarly,     &kVersionsNotCompared,
+            &kNoUpgradeCode,      &kRepeatedUpgradeCode,  &kDependencyWithoutCode, &kNoApplicationPackage,
+            &kDependencyElsewhere};
 }
 
 void addDependencyFindings(const BundleInput& input, Findings& findings)

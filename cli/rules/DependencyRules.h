@@ -28,6 +28,9 @@ inline constexpr Rule kDependencyWithoutCode{"KB411", "dependency-without-code",
                                              "A DependentBundle without UpgradeCode is passed over."};
 inline constexpr Rule kNoApplicationPackage{"KB412", "no-application-package", Severity::kWarning,
                                             "The manifest has no ApplicationPackage element."};
+/// In place of kMissingDependency where only some bundles are looked at.
+inline constexpr Rule kDependencyElsewhere{"KB413", "dependency-elsewhere", Severity::kNote,
+                                           "A bundle depends on one that is not among those checked."};
 
 std::vector<const Rule*> dependencyRules();
 
