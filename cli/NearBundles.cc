@@ -37,12 +37,19 @@ std::vector<std::wstring> rootsOf(const Examination& examination)
             localetext::widen(examination.home) + L"/" + BundleStrConst::bundle_UserPath};
 }
 
-/// The entries of `root` that are near to a bundle, sorted by their bytes.
-std::vector<std::wstring> nearBundles(const ExaminedRoot& root)
+} // namespace
+
+bool looksLikeABundle(const std::wstring& path)
+{
+    const std::wstring name = path.substr(path.rfind(L'/') + 1);
+    return endsLikeABundle(name) || holdsAManifest(localetext::narrow(path));
+}
+
+std::vector<std::wstring> nearBundles(const std::wstring& folder)
 {
     std::vector<std::string> names;
     std::error_code error;
-    for (fs::directory_iterator entry(localetext::narrow(root.path), error), end; !error && entry != end;
+    for (fs::directory_iterator entry(localetext::narrow(folder), error), end; !error && entry != end;
          entry.increment(error)) {
         if (endsLikeABundle(localetext::widen(entry->path().filename().string())) || holdsAManifest(entry->path())) {
             names.push_back(entry->path().filename().string());
@@ -51,12 +58,10 @@ std::vector<std::wstring> nearBundles(const ExaminedRoot& root)
     std::sort(names.begin(), names.end());
     std::vector<std::wstring> paths;
     for (const std::string& name : names) {
-        paths.push_back(root.path + L"/" + localetext::widen(name));
+        paths.push_back(folder + (folder.back() == L'/' ? L"" : L"/") + localetext::widen(name));
     }
     return paths;
 }
-
-} // namespace
 
 void addRoots(Examination& examination)
 {
@@ -72,7 +77,7 @@ void addRoots(Examination& examination)
         if (error && error != std::errc::no_such_file_or_directory) {
             root.problem = standalone::displayable(std::string_view(error.message()));
         }
-        for (const std::wstring& folder : root.exists ? nearBundles(root) : std::vector<std::wstring>()) {
+        for (const std::wstring& folder : root.exists ? nearBundles(root.path) : std::vector<std::wstring>()) {
             if (found.insert(folder).second) {
                 ExaminedBundle none;
                 none.folder = folder;

@@ -1,5 +1,6 @@
 #include "cli/Subcommands.h"
 
+#include "cli/CheckCommand.h"
 #include "cli/ExplainCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/NearestName.h"
@@ -24,6 +25,7 @@ constexpr AddSubcommand kSubcommands[] = {
     addNewCommand,
     addListCommand,
     addExplainCommand,
+    addCheckCommand,
     addSchemaCommand,
 };
 

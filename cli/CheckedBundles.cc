@@ -1,0 +1,162 @@
+#include "cli/CheckedBundles.h"
+
+#include "cli/ManifestDocument.h"
+#include "cli/ManifestReading.h"
+#include "cli/rules/ComponentRules.h"
+#include "cli/rules/DependencyRules.h"
+#include "cli/rules/FileRules.h"
+#include "cli/rules/FormRules.h"
+#include "cli/rules/MenuRules.h"
+#include "cli/rules/ModuleRules.h"
+#include "cli/rules/Reasons.h"
+#include "cli/rules/RuleTexts.h"
+#include "cli/rules/ValueRules.h"
+
+#include "host/LocaleText.h"
+#include "loading/ModuleKind.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <iterator>
+#include <set>
+#include <thread>
+#include <tuple>
+
+namespace cli {
+
+namespace {
+
+/// What all bundles have in common.
+struct Surroundings
+{
+    RuleInput all;
+    standalone::ModulesInMemory modules;
+    unsigned machine;
+};
+
+standalone::ModulesInMemory modulesOf(const Examination& examination)
+{
+    standalone::ModulesInMemory modules;
+    for (const ExaminedBundle& bundle : examination.bundles) {
+        for (const ExaminedComponent& component : bundle.components) {
+            if (component.outcome == ComponentOutcome::kLoaded &&
+                moduleKindOf(component.record.moduleName) == ModuleKind::kNative) {
+                modules.add(localetext::narrow(component.record.moduleName));
+            }
+        }
+    }
+    return modules;
+}
+
+/// What stands in the bundle itself.
+Findings lint(const ExaminedBundle& bundle, const Surroundings& surroundings)
+{
+    Findings findings;
+    if (bundle.manifest.empty()) {
+        return findings;
+    }
+    const ManifestDocument document = readManifestDocument(localetext::narrow(bundle.manifest));
+    const ManifestReading reading = readingOf(document);
+    const LintInput input{bundle, document, reading, surroundings.modules, surroundings.machine};
+    if (!document.isMalformed) { // else the rest of it has not even been read
+        addFormFindings(input, findings);
+        addValueFindings(input, findings);
+    }
+    addFileFindings(input, findings);
+    addModuleFindings(input, findings);
+    return findings;
+}
+
+/// Whether `reason` only says that a file does not load.
+bool isAboutTheFile(const Finding& reason)
+{
+    const Rule* const general[] = {&kComponentFails, &kFirstUseFails, &kLispFileMissing, &kMenuFileMissing,
+                                   &kMenuNotConverted};
+    return std::any_of(std::begin(general), std::end(general),
+                       [&](const Rule* rule) { return rule->code == reason.rule->code; });
+}
+
+/// What keeps the bundle from loading, but for what `found` says more exactly.
+void addReasons(Findings reasons, Findings& found)
+{
+    std::set<std::wstring> explained;
+    for (const Finding& finding : found) {
+        if (finding.rule->severity == Severity::kError && finding.rule->code.starts_with("KB8")) {
+            explained.insert(finding.subject);
+        }
+    }
+    for (Finding& reason : reasons) {
+        if (isAboutTheFile(reason) && explained.contains(reason.subject)) {
+            continue;
+        }
+        if (reason.rule->code == kMissingDependency.code) {
+            reason.rule = &kDependencyElsewhere;
+            reason.what = "The bundle depends on the UpgradeCode " + named(reason.subject) +
+                          ", which no bundle that is checked has.";
+            reason.mend = "See that the bundle with it is installed as well.";
+            reason.found.clear();
+            reason.expected.clear();
+        }
+        found.push_back(std::move(reason));
+    }
+}
+
+Findings findingsOf(const Surroundings& surroundings, const ExaminedBundle& bundle)
+{
+    Findings findings = lint(bundle, surroundings);
+    addReasons(findReasons(surroundings.all, bundle, ManifestPlaces(bundle)), findings);
+    std::stable_sort(findings.begin(), findings.end(), [](const Finding& one, const Finding& other) {
+        return std::tie(one.place.line, one.place.column, one.rule->code) <
+               std::tie(other.place.line, other.place.column, other.rule->code);
+    });
+    return findings;
+}
+
+/// Calls `work` with each number below `count`, on as many threads as there are cores. The first exception ends it.
+void forEachOnAllCores(std::size_t count, const std::function<void(std::size_t)>& work)
+{
+    std::atomic<std::size_t> next{0};
+    std::atomic<bool> hasFailed{false};
+    std::exception_ptr failure;
+    const auto run = [&] {
+        try {
+            for (std::size_t index = next++; index < count && !hasFailed; index = next++) {
+                work(index);
+            }
+        } catch (...) {
+            if (!hasFailed.exchange(true)) {
+                failure = std::current_exception();
+            }
+        }
+    };
+    {
+        std::vector<std::jthread> threads;
+        const std::size_t wanted = std::min<std::size_t>(std::max(1U, std::thread::hardware_concurrency()), count);
+        for (std::size_t index = 1; index < wanted; ++index) {
+            threads.emplace_back(run);
+        }
+        run();
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+} // namespace
+
+CheckedBundles checkBundles(const Examination& examination, unsigned machine, const OnBundleDone& onDone)
+{
+    CheckedBundles checked;
+    checked.examination = &examination;
+    checked.findings.resize(examination.bundles.size());
+    const Surroundings surroundings{RuleInput(examination), modulesOf(examination), machine};
+    std::atomic<std::size_t> done{0};
+    forEachOnAllCores(examination.bundles.size(), [&](std::size_t index) {
+        checked.findings[index] = findingsOf(surroundings, examination.bundles[index]);
+        onDone(++done);
+    });
+    return checked;
+}
+
+} // namespace cli
