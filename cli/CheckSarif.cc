@@ -1,7 +1,6 @@
 #include "cli/CheckReport.h"
 
 #include "cli/Shown.h"
-#include "cli/rules/AllRules.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -73,17 +72,19 @@ Json resultJson(const CheckReport& report, const Finding& finding, std::size_t r
 
 std::string checkSarif(const CheckReport& report)
 {
-    const std::vector<const Rule*> rules = allRules();
+    std::vector<const Rule*> rules; // those that found something
     Json ruleList = Json::array();
-    for (const Rule* rule : rules) {
-        ruleList.push_back(ruleJson(*rule));
-    }
     Json results = Json::array();
     for (const Findings& ofBundle : report.checked.findings) {
         for (const Finding& finding : ofBundle) {
             const auto found = std::find_if(rules.begin(), rules.end(),
                                             [&](const Rule* rule) { return rule->code == finding.rule->code; });
-            results.push_back(resultJson(report, finding, static_cast<std::size_t>(found - rules.begin())));
+            const auto index = static_cast<std::size_t>(found - rules.begin());
+            if (found == rules.end()) {
+                rules.push_back(finding.rule);
+                ruleList.push_back(ruleJson(*finding.rule));
+            }
+            results.push_back(resultJson(report, finding, index));
         }
     }
     const Json driver = {{"name", "kestbundle"}, {"version", KEST_VERSION}, {"rules", std::move(ruleList)}};

@@ -6,6 +6,7 @@
 #include "cli/rules/DependencyRules.h"
 #include "cli/rules/FileRules.h"
 #include "cli/rules/FormRules.h"
+#include "cli/rules/HostRules.h"
 #include "cli/rules/MenuRules.h"
 #include "cli/rules/ModuleRules.h"
 #include "cli/rules/Reasons.h"
@@ -19,6 +20,7 @@
 #include <atomic>
 #include <exception>
 #include <iterator>
+#include <map>
 #include <set>
 #include <thread>
 #include <tuple>
@@ -77,8 +79,16 @@ bool isAboutTheFile(const Finding& reason)
                        [&](const Rule* rule) { return rule->code == reason.rule->code; });
 }
 
+/// Whether `reason` says that a sound file does not load, for which only an engine can be at fault.
+bool isAboutAnEngine(const Finding& reason)
+{
+    const ModuleKind kind = moduleKindOf(reason.subject);
+    return (kind == ModuleKind::kLisp || kind == ModuleKind::kManaged) &&
+           (reason.rule->code == kComponentFails.code || reason.rule->code == kFirstUseFails.code);
+}
+
 /// What keeps the bundle from loading, but for what `found` says more exactly.
-void addReasons(Findings reasons, Findings& found)
+void addReasons(const ExaminedBundle& bundle, Findings reasons, Findings& found)
 {
     std::set<std::wstring> explained;
     for (const Finding& finding : found) {
@@ -89,6 +99,12 @@ void addReasons(Findings reasons, Findings& found)
     for (Finding& reason : reasons) {
         if (isAboutTheFile(reason) && explained.contains(reason.subject)) {
             continue;
+        }
+        if (isAboutAnEngine(reason)) {
+            reason.rule = &kEngineMissing;
+            reason.what = "The engine for " + named(inBundle(bundle, reason.subject)) +
+                          " is not installed here; nothing more can be told of this file.";
+            reason.mend = "Install all engines with kestbundle, and check again.";
         }
         if (reason.rule->code == kMissingDependency.code) {
             reason.rule = &kDependencyElsewhere;
@@ -102,15 +118,38 @@ void addReasons(Findings reasons, Findings& found)
     }
 }
 
+/// `findings` with at most so many of each rule that people can still read them; the next one tells how many follow.
+Findings abridged(Findings findings)
+{
+    constexpr std::size_t kMostOfARule = 100;
+    std::map<std::string_view, std::size_t> counts;
+    for (const Finding& finding : findings) {
+        ++counts[finding.rule->code];
+    }
+    std::map<std::string_view, std::size_t> kept;
+    std::erase_if(findings, [&](Finding& finding) {
+        const std::size_t number = ++kept[finding.rule->code];
+        if (number == kMostOfARule + 1) {
+            finding.what = std::to_string(counts[finding.rule->code] - kMostOfARule) +
+                           " more findings of this kind are not shown.";
+            finding.expected.clear();
+            finding.found.clear();
+            finding.mend = "Mend the others first.";
+        }
+        return number > kMostOfARule + 1;
+    });
+    return findings;
+}
+
 Findings findingsOf(const Surroundings& surroundings, const ExaminedBundle& bundle)
 {
     Findings findings = lint(bundle, surroundings);
-    addReasons(findReasons(surroundings.all, bundle, ManifestPlaces(bundle)), findings);
+    addReasons(bundle, findReasons(surroundings.all, bundle, ManifestPlaces(bundle)), findings);
     std::stable_sort(findings.begin(), findings.end(), [](const Finding& one, const Finding& other) {
         return std::tie(one.place.line, one.place.column, one.rule->code) <
                std::tie(other.place.line, other.place.column, other.rule->code);
     });
-    return findings;
+    return abridged(std::move(findings));
 }
 
 /// Calls `work` with each number below `count`, on as many threads as there are cores. The first exception ends it.

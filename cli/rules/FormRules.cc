@@ -114,8 +114,7 @@ private:
         const std::string right = abridged(std::wstring_view(meant.word->name));
         if (meant.isLetterCase) {
             add(kNameLetterCase, index, L"",
-                "The element " + name + " is passed over, with all that stands in it: letter case counts, and it is " +
-                    "called \"" + right + "\".",
+                "The element " + name + " is passed over: letter case counts, and it is called \"" + right + "\".",
                 "Write \"" + right + "\", in the end tag too.");
         } else {
             add(kMisspeltElement, index, L"", "The element " + name + " is not known, and is passed over.",

@@ -44,7 +44,7 @@ bool isTold(const std::string& notice)
 
 std::vector<const Rule*> hostRules()
 {
-    return {&kLogNotOpened, &kHostNotice, &kStartCutShort};
+    return {&kLogNotOpened, &kHostNotice, &kStartCutShort, &kEngineMissing};
 }
 
 void addHostFindings(const Examination& examination, Findings& findings)

@@ -11,6 +11,10 @@ inline constexpr Rule kHostNotice{"KB902", "host-notice", Severity::kWarning, "T
 inline constexpr Rule kStartCutShort{"KB903", "start-cut-short", Severity::kError,
                                      "An error ended the start before all bundles had their turn."};
 
+/// In place of kComponentFails and kFirstUseFails where it is not the bundle's fault.
+inline constexpr Rule kEngineMissing{"KB904", "engine-missing", Severity::kNote,
+                                     "An engine is not installed here, so less can be told of a component."};
+
 std::vector<const Rule*> hostRules();
 
 void addHostFindings(const Examination& examination, Findings& findings);

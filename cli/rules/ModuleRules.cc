@@ -31,18 +31,24 @@ std::string listed(const std::vector<std::string>& names)
     return names.size() > kMostListed ? text + " and " + std::to_string(names.size() - kMostListed) + " more" : text;
 }
 
-/// The line of the first byte of `text` that is no UTF-8 or a zero byte; 0 when there is none.
-int lineOfFault(std::string_view text)
+/// Where a text is none that an engine could read.
+struct TextFault
+{
+    int line = 0; ///< 0: nowhere
+    const char* what = "";
+};
+
+TextFault faultOf(std::string_view text)
 {
     int line = 1;
     for (std::size_t at = 0; at < text.size();) {
         const char32_t code = standalone::nextCodePoint(text, at);
         if (code == standalone::kNotUtf8 || code == 0) {
-            return line;
+            return {line, code == 0 ? "a zero byte" : "bytes that are no UTF-8"};
         }
         line += code == U'\n' ? 1 : 0;
     }
-    return 0;
+    return {};
 }
 
 /// Whether a Python script says in one of its first two lines that it has an encoding of its own.
@@ -154,11 +160,12 @@ private:
             (isPython && declaresEncoding(text))) {
             return;
         }
-        if (const int line = lineOfFault(text); line != 0) {
+        if (const TextFault fault = faultOf(text); fault.line != 0) {
             add(kScriptEncoding,
-                "The script " + name + " is no UTF-8 text: line " + std::to_string(line) + " has bytes that are none.",
+                "The script " + name + " is no plain text: line " + std::to_string(fault.line) + " has " + fault.what +
+                    ".",
                 "Save the file as UTF-8.");
-            findings.back().place = Place{path, line, 0};
+            findings.back().place = Place{path, fault.line, 0};
         }
     }
 

@@ -19,7 +19,7 @@ inline constexpr Rule kNoModuleEntry{"KB815", "no-module-entry", Severity::kErro
                                      "A native module does not export its entry."};
 inline constexpr Rule kNotAnAssembly{"KB816", "not-an-assembly", Severity::kError,
                                      "A managed component is no managed assembly."};
-inline constexpr Rule kScriptEncoding{"KB817", "script-encoding", Severity::kWarning, "A script is no UTF-8 text."};
+inline constexpr Rule kScriptEncoding{"KB817", "script-encoding", Severity::kWarning, "A script is no text in UTF-8."};
 
 std::vector<const Rule*> moduleRules();
 
