@@ -14,15 +14,25 @@ std::string withReason(const std::string& fate, const std::string& reason)
     return reason.empty() ? fate : fate + ": " + abridged(reason);
 }
 
-/// "CUT, TRIM and 3 more".
+/// "CUT or TRIM".
 std::string commandList(const std::vector<std::wstring>& names)
 {
     constexpr std::size_t kMostShown = 8;
     std::string text;
     for (std::size_t index = 0; index < names.size() && index < kMostShown; ++index) {
-        text += (index == 0 ? "" : ", ") + abridged(names[index]);
+        text += (index == 0 ? "" : index + 1 == names.size() ? " or " : ", ") + abridged(names[index]);
     }
-    return names.size() > kMostShown ? text + " and " + std::to_string(names.size() - kMostShown) + " more" : text;
+    return names.size() > kMostShown ? text + " or " + std::to_string(names.size() - kMostShown) + " more" : text;
+}
+
+/// Why a component is passed over, or does not load when a command is used, where nobody gives a reason.
+std::string silentReason(const KestComponentEntry& entry)
+{
+    const ModuleKind kind = moduleKindOf(entry.moduleName);
+    if (kind == ModuleKind::kOther) {
+        return "no loader takes it";
+    }
+    return kind == ModuleKind::kPython && entry.pythonVersion.empty() ? "it has no PythonVersion" : "";
 }
 
 std::string onDemandFate(const ExaminedComponent& component)
@@ -32,7 +42,8 @@ std::string onDemandFate(const ExaminedComponent& component)
     }
     const std::string when = " when " + commandList(component.commands) + " is used";
     if (component.onDemand && !component.onDemand->isLoaded) {
-        return withReason("fails" + when, component.onDemand->problem);
+        const std::string& problem = component.onDemand->problem;
+        return withReason("fails" + when, problem.empty() ? silentReason(component.record) : problem);
     }
     return (moduleKindOf(component.record.moduleName) == ModuleKind::kLisp ? "is queued" : "is loaded") + when;
 }
@@ -73,7 +84,13 @@ const char* nameOf(ComponentOutcome outcome)
 
 std::string fateOf(const ExaminedBundle& bundle, const ExaminedComponent& component)
 {
+    if (component.record.moduleName.empty()) {
+        return "never loads: it has no file";
+    }
     const bool isMenu = menuKindOf(component.record.moduleName) != MenuKind::kOther;
+    if (isMenu && !component.record.loadsAtStartup()) {
+        return "is never registered: menus are registered at start-up only";
+    }
     switch (component.outcome) {
     case ComponentOutcome::kNotReached:
         return isMenu && bundle.isKept() ? "is not registered as a menu" : notReachedFate(bundle);
@@ -83,7 +100,8 @@ std::string fateOf(const ExaminedBundle& bundle, const ExaminedComponent& compon
     case ComponentOutcome::kFailed:
         return withReason("fails at start-up", component.problem);
     case ComponentOutcome::kPassedOver:
-        return isMenu ? "is not registered as a menu" : "is passed over at start-up";
+        return isMenu ? "is not registered as a menu"
+                      : withReason("is passed over at start-up", silentReason(component.record));
     case ComponentOutcome::kMenu:
         return component.menu == component.record.moduleName ? "is registered as a menu"
                                                              : "is converted and registered as a menu";

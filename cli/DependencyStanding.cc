@@ -184,19 +184,20 @@ std::size_t Dependencies::positionOf(const ExaminedBundle& bundle) const
 std::vector<const ExaminedBundle*> Dependencies::cycleThrough(std::size_t from, std::size_t to) const
 {
     // Breadth first from `to`, so that the shortest way back to `from` is found.
-    std::unordered_map<std::size_t, std::size_t> cameFrom{{to, kNone}};
+    std::vector<std::size_t> cameFrom(waitsFor.size(), kNone);
     std::queue<std::size_t> next({to});
-    while (!next.empty() && !cameFrom.contains(from)) {
+    while (!next.empty() && cameFrom[from] == kNone) {
         const std::size_t node = next.front();
         next.pop();
         for (const std::size_t target : waitsFor[node]) {
-            if (group[target] == group[from] && cameFrom.try_emplace(target, node).second) {
+            if (group[target] == group[from] && target != to && cameFrom[target] == kNone) {
+                cameFrom[target] = node;
                 next.push(target);
             }
         }
     }
     std::vector<const ExaminedBundle*> chain;
-    for (std::size_t node = from; node != kNone; node = cameFrom.at(node)) {
+    for (std::size_t node = from; node != kNone; node = cameFrom[node]) {
         chain.push_back(&facts.bundles[node]);
     }
     chain.push_back(&facts.bundles[from]);

@@ -9,7 +9,6 @@
 #include "host/LocaleText.h"
 
 #include <algorithm>
-#include <iterator>
 #include <map>
 
 namespace cli {
@@ -102,7 +101,7 @@ std::string componentsText(const ExplainedBundle& explained)
     const ExaminedBundle& bundle = *explained.bundle;
     Block block("components");
     if (bundle.components.empty()) {
-        block.add("none");
+        block.add(bundle.isKept() ? "none" : "none is read");
     }
     for (std::size_t index = 0; index < bundle.components.size(); ++index) {
         const ExaminedComponent& component = bundle.components[index];
@@ -112,6 +111,13 @@ std::string componentsText(const ExplainedBundle& explained)
                   (line > 0 ? " (line " + std::to_string(line) + ") " : " ") + fateOf(bundle, component));
     }
     return block.text;
+}
+
+/// The component at `place`; its bundle is left out where it is `bundle`.
+std::string placeName(const ComponentPlace& place, const ExaminedBundle* bundle = nullptr)
+{
+    return abridged(inBundle(*place.bundle, (*place).record.moduleName)) +
+           (place.bundle == bundle ? "" : " of " + abridged(folderNameOf(*place.bundle)));
 }
 
 /// The commands that components of the bundle declare, and what each loads.
@@ -126,10 +132,9 @@ std::string commandsText(const Explanation& explanation, const ExaminedBundle& b
             for (const KestCommand& command : group.commands) {
                 std::wstring name = command.localName;
                 localetext::upperByGlobalLocale(name);
-                const auto module = explanation.examination().commands.find(name);
-                const bool isKnown = !name.empty() && module != explanation.examination().commands.end();
+                const ComponentPlace* const loaded = explanation.all.loadedBy(name);
                 block.add((name.empty() ? "a command without a name" : abridged(name)) +
-                          (isKnown ? " loads " + abridged(inBundle(bundle, module->second)) : " loads nothing"));
+                          (loaded == nullptr ? " loads nothing" : " loads " + placeName(*loaded, &bundle)));
             }
         }
     }
@@ -162,7 +167,7 @@ std::string fullText(const Explanation& explanation, const ExplainedBundle& expl
     const ExaminedBundle& bundle = *explained.bundle;
     std::string text = abridged(folderNameOf(bundle)) + ": " + nameOf(bundle.state) + "\n" +
                        labelled("folder", abridged(bundle.folder)) + labelled("manifest", manifestText(bundle));
-    if (bundle.state != BundleState::kNotABundle && bundle.state != BundleState::kUnreadable) {
+    if (bundle.isKept() ? bundle.state != BundleState::kUnreadable : bundle.state == BundleState::kRequirementNotMet) {
         text += labelled("package", packageText(bundle.records.package)) + requirementsText(explanation, bundle) +
                 dependenciesText(explanation, bundle) + componentsText(explained) + commandsText(explanation, bundle) +
                 menusText(explanation, bundle);
@@ -183,12 +188,6 @@ std::string shortText(const ExplainedBundle& explained, bool hasColours)
         text += findingLine(finding, hasColours);
     }
     return text;
-}
-
-std::string placeName(const ComponentPlace& place)
-{
-    return abridged(inBundle(*place.bundle, (*place).record.moduleName)) + " of " +
-           abridged(folderNameOf(*place.bundle));
 }
 
 std::string commandText(const ExplainedCommand& command)

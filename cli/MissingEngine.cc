@@ -1,6 +1,7 @@
 #include "cli/MissingEngine.h"
 
 #include "standalone/DynamicLinker.h"
+#include "standalone/Utf8.h"
 
 #include <algorithm>
 #include <dlfcn.h>
@@ -51,7 +52,9 @@ std::string problemOfOpening(const std::string& name, const char* exported = nul
 {
     void* library = ::dlopen(name.c_str(), RTLD_LAZY);
     if (library == nullptr) {
-        return standalone::dynamicLoadingReason();
+        const char* const text = ::dlerror(); // none where the host only rehearses and has looked for the file itself
+        return text != nullptr ? standalone::displayable(std::string_view(text))
+                               : standalone::displayable(std::string_view(name)) + ": no such library is installed";
     }
     const bool isComplete = exported == nullptr || ::dlsym(library, exported) != nullptr;
     std::string problem = isComplete ? "" : standalone::dynamicLoadingReason();

@@ -80,14 +80,11 @@ private:
             return;
         }
         ExplainedCommand command{name, declared->second, {}};
-        const auto module = explanation.examination().commands.find(name);
+        if (const ComponentPlace* const loaded = explanation.all.loadedBy(name)) {
+            command.loads = *loaded;
+        }
         for (const ComponentPlace& place : declared->second) {
             add(*place.bundle);
-            const bool isLoaded =
-                module != explanation.examination().commands.end() && (*place).record.moduleName == module->second;
-            if (!command.loads && isLoaded) {
-                command.loads = place;
-            }
         }
         explanation.commands.push_back(std::move(command));
     }

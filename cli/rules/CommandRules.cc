@@ -5,8 +5,6 @@
 #include "host/LocaleText.h"
 #include "manifest/BundleStrConst.h"
 
-#include <algorithm>
-
 namespace cli {
 
 namespace {
@@ -28,20 +26,6 @@ std::vector<DeclaredCommand> commandsOf(const KestComponentEntry& entry)
         }
     }
     return all;
-}
-
-/// The component that the first use of the command `name` loads; null: none.
-const ComponentPlace* winnerOf(const RuleInput& all, const std::wstring& name)
-{
-    const auto module = all.examination.commands.find(name);
-    const auto places = all.declaredCommands.find(name);
-    if (module == all.examination.commands.end() || places == all.declaredCommands.end()) {
-        return nullptr;
-    }
-    const auto found = std::find_if(places->second.begin(), places->second.end(), [&](const ComponentPlace& place) {
-        return (*place).record.moduleName == module->second;
-    });
-    return found != places->second.end() ? &*found : nullptr;
 }
 
 void addEmptyName(const ComponentInput& component, const Place& place, Findings& findings)
@@ -84,8 +68,8 @@ void addFindings(const ComponentInput& component, Findings& findings)
             addEmptyName(component, place, findings);
             continue;
         }
-        const ComponentPlace* const winner = winnerOf(component.input.all, command.name);
-        if (winner == nullptr || winner->bundle == nullptr) {
+        const ComponentPlace* const winner = component.input.all.loadedBy(command.name);
+        if (winner == nullptr) {
             continue;
         }
         const bool isWon =

@@ -5,6 +5,7 @@
 
 #include "host/LocaleText.h"
 #include "manifest/BundleStrConst.h"
+#include "menus/MenuKind.h"
 
 #include <algorithm>
 
@@ -109,6 +110,8 @@ void addWhen(const ComponentInput& component, Findings& findings)
                            "LoadOnCommandInvocation.";
             findings.push_back(std::move(finding));
         }
+    } else if (menuKindOf(entry.moduleName) != MenuKind::kOther) {
+        return; // menus have a rule of their own for it
     } else if (!entry.loadsOnCommand()) {
         addNeverLoads(component, findings);
     } else if (!hasCommands) {

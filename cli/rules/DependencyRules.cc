@@ -41,7 +41,7 @@ std::string causeAt(const BundleInput& input, const std::vector<const ExaminedBu
 {
     const ExaminedBundle& last = *chain.back();
     if (std::count(chain.begin(), chain.end(), &last) > 1) {
-        return "the way ends in a circle";
+        return "these wait for each other in a circle";
     }
     const KestDependentBundle* const cause = input.all.dependencies.firstUnsatisfied(last);
     if (cause == nullptr) {
@@ -79,7 +79,7 @@ Finding standingFinding(const BundleInput& input, const KestDependentBundle& dep
                        "Remove one of these dependencies.");
     case Standing::kWaiting:
         return finding(kWaitingDependency,
-                       "The bundle depends on " + code + ", which is " + other + ", and that waits itself: " +
+                       "The bundle depends on " + code + ", which is " + other + ", and that waits too: " +
                            chainText(standing.chain) + "; " + causeAt(input, standing.chain) + ".",
                        "Mend what holds up the last bundle of that chain.");
     case Standing::kNothingToLoad:

@@ -85,10 +85,10 @@ void addLisp(const ComponentInput& component, Findings& findings)
         findings.push_back(std::move(finding));
     }
     if (const std::string problem = problemOfFile(path); !problem.empty()) {
-        Finding finding = component.finding(kLispFileMissing, moduleAttribute(),
-                                            "The LISP file " + named(inBundle(component.input.bundle, path)) +
-                                                " cannot be read: " + problem +
-                                                ". Its loading is queued all the same, and fails later.");
+        Finding finding = component.finding(
+            kLispFileMissing, moduleAttribute(),
+            "The LISP file " + named(inBundle(component.input.bundle, path)) + " cannot be read: " + problem + "." +
+                (component.input.bundle.isLoaded() ? " Its loading is queued all the same, and fails later." : ""));
         finding.mend = "Put the file there, or correct ModuleName; letter case counts.";
         findings.push_back(std::move(finding));
     }
@@ -119,7 +119,9 @@ void addFailure(const ComponentInput& component, const std::string& problem, boo
             "The script " + subject + " cannot be run with PythonVersion=" + named(version) + ": " + reason + ".");
         finding.found = named(version);
         finding.expected = "the name of an installed Python, for example \"python3.11\"";
-        finding.mend = "Install that Python, or name one that is installed.";
+        const bool isNumber = !version.empty() && version.find_first_not_of(L"0123456789.") == std::wstring::npos;
+        finding.mend = isNumber ? "Write PythonVersion=" + named(L"python" + version) + "."
+                                : "Install that Python, or name one that is installed.";
         findings.push_back(std::move(finding));
         return;
     }
@@ -130,7 +132,9 @@ void addFailure(const ComponentInput& component, const std::string& problem, boo
                                            : " fails to load when one of its commands is used, and nobody is "
                                              "told: ") +
                               reason + ".");
-    finding.mend = "Mend what the reason says.";
+    finding.mend = problemOfFile(entry.moduleName).empty()
+                       ? "Mend what the reason says."
+                       : "Put the file there, or correct ModuleName; letter case counts.";
     findings.push_back(std::move(finding));
 }
 

@@ -54,11 +54,13 @@ std::string whyNotPlaced(const BundleInput& input)
         return one != &input.bundle && std::any_of(one->components.begin(), one->components.end(), isPlaced);
     });
     if (winner != same.end()) {
-        return named((*winner)->folder) + " has the same UpgradeCode, " +
-               named(input.bundle.records.package.upgradeCode) + ", and comes first";
+        const std::wstring& code = input.bundle.records.package.upgradeCode;
+        return named((*winner)->folder) +
+               (code.empty() ? " has no UpgradeCode either" : " has the same UpgradeCode, " + named(code) + ",") +
+               " and comes first";
     }
     if (!input.bundle.records.dependencies.empty()) {
-        return "the bundles that it depends on are not all there before it";
+        return "a bundle that it depends on is missing, or waits too";
     }
     return "another bundle has the same UpgradeCode, " + named(input.bundle.records.package.upgradeCode);
 }

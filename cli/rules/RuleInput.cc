@@ -2,6 +2,8 @@
 
 #include "host/LocaleText.h"
 
+#include <algorithm>
+
 namespace cli {
 
 RuleInput::RuleInput(const Examination& facts) : examination(facts), dependencies(facts)
@@ -24,6 +26,19 @@ RuleInput::RuleInput(const Examination& facts) : examination(facts), dependencie
             }
         }
     }
+}
+
+const ComponentPlace* RuleInput::loadedBy(const std::wstring& name) const
+{
+    const auto module = examination.commands.find(name);
+    const auto places = declaredCommands.find(name);
+    if (name.empty() || module == examination.commands.end() || places == declaredCommands.end()) {
+        return nullptr;
+    }
+    const auto found = std::find_if(places->second.begin(), places->second.end(), [&](const ComponentPlace& place) {
+        return (*place).record.moduleName == module->second;
+    });
+    return found != places->second.end() ? &*found : nullptr;
 }
 
 } // namespace cli

@@ -24,6 +24,9 @@ struct RuleInput
 {
     explicit RuleInput(const Examination& facts);
 
+    /// The component that the first use of the command `name`, upper case, loads; null: none.
+    const ComponentPlace* loadedBy(const std::wstring& name) const;
+
     const Examination& examination;
     Dependencies dependencies;
     /// By upper-case command name: the components that declare it to be loaded for it, in the order found.

@@ -19,6 +19,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::wstring_view kEnding = L".bundle";
+
 const std::wstring& manifestName()
 {
     return BundleStrConst::xml_FileNameConst;
@@ -95,6 +97,13 @@ Finding missingManifest(const ExaminedBundle& bundle, const std::vector<std::str
     return finding;
 }
 
+/// `name` as that of a bundle: "Tools.bundle.bak" was one.
+std::wstring asBundleName(const std::wstring& name)
+{
+    const std::size_t ending = name.find(kEnding);
+    return name.substr(0, ending) + std::wstring(kEnding);
+}
+
 Finding whyNotABundle(const ExaminedBundle& bundle)
 {
     const fs::path path = localetext::narrow(bundle.folder);
@@ -132,14 +141,14 @@ Finding whyNotABundle(const ExaminedBundle& bundle)
                           "Let the user of the host read the folder.");
     }
     const std::wstring name = folderNameOf(bundle);
-    constexpr std::wstring_view kEnding = L".bundle";
     const bool isNamedSo = name.size() >= kEnding.size() &&
                            localetext::equalIgnoringCase(name.substr(name.size() - kEnding.size()), kEnding);
     if (!isNamedSo) {
         Finding finding = aboutNamed(kNameWithoutEnding, bundle,
                                      "The folder holds a manifest, but its name " + named(name) +
                                          " does not end in \".bundle\", so it is passed over.",
-                                     "Rename the folder to " + named(name + L".bundle") + ".");
+                                     "Rename the folder to " + named(asBundleName(name)) +
+                                         ", or move it away if it is not to be loaded.");
         finding.expected = "a name that ends in \".bundle\"";
         finding.found = named(name);
         return finding;

@@ -16,7 +16,7 @@ inline constexpr Rule kManifestTooDeep{"KB105", "manifest-too-deep", Severity::k
 inline constexpr Rule kNotAFolder{"KB106", "not-a-folder", Severity::kError,
                                   "Something named like a bundle is not a folder."};
 inline constexpr Rule kBrokenLink{"KB107", "broken-link", Severity::kError, "A bundle is a link that leads nowhere."};
-inline constexpr Rule kNameWithoutEnding{"KB108", "name-without-ending", Severity::kError,
+inline constexpr Rule kNameWithoutEnding{"KB108", "name-without-ending", Severity::kWarning,
                                          "A folder with a manifest is not named as a bundle."};
 inline constexpr Rule kFolderNotListable{"KB109", "folder-not-listable", Severity::kError,
                                          "A bundle folder cannot be listed."};

@@ -16,7 +16,7 @@ FaultFixture::FaultFixture()
 void FaultFixture::installFault(const std::string& fault)
 {
     fs::copy(std::string(KEST_FIXTURE_FOLDER) + "/" + fault, plugins(),
-             fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+             fs::copy_options::recursive | fs::copy_options::copy_symlinks | fs::copy_options::overwrite_existing);
     makeExtras(fault);
 }
 

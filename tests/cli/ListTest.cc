@@ -1,0 +1,105 @@
+// The table of "list" on terminals and elsewhere, and its JSON form.
+#include "tests/cli/FaultFixture.h"
+
+#include "cli/ListReport.h"
+#include "cli/Terminal.h"
+
+#include <clocale>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using nlohmann::json;
+
+class ListTest : public FaultFixture
+{
+};
+
+TEST_F(ListTest, AnEmptyHomeHasNoTable)
+{
+    EXPECT_EQ(tell({"list"}), (ToolRun{0, "0 bundles\n", ""}));
+}
+
+TEST_F(ListTest, ATableThatIsTooWideShrinksAndReasonsAreBrokenBetweenWords)
+{
+    installFault("missing-dependency");
+    environment.push_back("COLUMNS=70");
+    EXPECT_EQ(tell({"list"}), (ToolRun{1, R"(NAME   VERSION  STATE                     COMMANDS  MENUS  FOLDER
+Base   1.0.0    loaded                           0      0  user: Ba...
+Tools  1.0.0    waiting for a dependency         0      0  user: To...
+    error KB401: The bundle depends on the UpgradeCode "{BASSE}", and
+    no bundle here has it.
+
+2 bundles: 1 waiting for a dependency, 1 loaded
+"kestbundle explain Tools.bundle" says why.
+)",
+                                       ""}));
+}
+
+TEST_F(ListTest, ColoursAreThoseOfTheStateAndNothingElse)
+{
+    cli::Examination examination;
+    examination.bundles.resize(2);
+    examination.bundles[0].folder = L"/b/A.bundle";
+    examination.bundles[0].state = cli::BundleState::kLoaded;
+    examination.bundles[1].folder = L"/b/B.bundle";
+    examination.bundles[1].state = cli::BundleState::kMalformed;
+    EXPECT_EQ(cli::listText(examination, {}, {0, true}),
+              "NAME  VERSION  STATE      COMMANDS  MENUS  FOLDER\n"
+              "-     -        \x1B[32mloaded\x1B[0m            0      0  /b/A.bundle\n"
+              "-     -        \x1B[31mmalformed\x1B[0m         0      0  /b/B.bundle\n"
+              "\n2 bundles: 1 malformed, 1 loaded\n\"kestbundle explain B.bundle\" says why.\n");
+}
+
+TEST_F(ListTest, TheJsonFormSaysAllThatTheTableSays)
+{
+    installFault("first-use-fails");
+    const ToolRun done = tell({"list", "--json"});
+    json document = json::parse(done.output);
+    document["version"] = "V";
+    document["bundles"][0]["reason"].erase("what");
+    document["bundles"][0]["reason"].erase("change");
+    EXPECT_EQ(document, json::parse(R"({
+        "format": 1, "version": "V", "exitStatus": 1, "failure": null,
+        "roots": [
+            {"folder": "/T/program/ApplicationPlugins", "exists": false, "problem": null},
+            {"folder": "/usr/local/ORRELIN/ApplicationPlugins", "exists": false, "problem": null},
+            {"folder": "/T/home/.config/ORRELIN/ApplicationPlugins", "exists": true, "problem": null}],
+        "bundles": [{
+            "folder": "/T/home/.config/ORRELIN/ApplicationPlugins/Tools.bundle", "state": "loaded",
+            "name": "Tools", "version": "1.0.0", "upgradeCode": "{TOOLS}", "commands": ["CUT"], "menus": 0,
+            "reason": {
+                "code": "KB513", "name": "first-use-fails", "severity": "error",
+                "bundle": "/T/home/.config/ORRELIN/ApplicationPlugins/Tools.bundle",
+                "subject": "/T/home/.config/ORRELIN/ApplicationPlugins/Tools.bundle/Contents/gone.krx",
+                "file": "/T/home/.config/ORRELIN/ApplicationPlugins/Tools.bundle/PackageContents.xml",
+                "line": 4, "column": 36, "expected": null, "found": null}}]
+    })"));
+    EXPECT_EQ(done.status, 1);
+}
+
+TEST_F(ListTest, TheFoldersOfTheThreeRootsAreTold)
+{
+    write(path("program/ApplicationPlugins/Own.bundle/PackageContents.xml"), manifestOf(startupEntry("./m.cuix"), "o"));
+    write(path("program/ApplicationPlugins/Own.bundle/m.cuix"), "x");
+    EXPECT_EQ(tell({"list"}), (ToolRun{0, R"(NAME  VERSION  STATE       COMMANDS  MENUS  FOLDER
+-     -        menus only         0      1  program: Own.bundle
+
+1 bundle: 1 menus only
+)",
+                                       ""}));
+}
+
+TEST(TerminalTest, ColumnsAreCountedAsATerminalShowsThem)
+{
+    std::setlocale(LC_ALL, "C.UTF-8");
+    EXPECT_EQ(cli::columnsOf("abc"), 3U);
+    EXPECT_EQ(cli::columnsOf("\u5DE5\u5177"), 4U);
+    EXPECT_EQ(cli::columnsOf("e\u0301"), 1U);
+    EXPECT_EQ(cli::fittedTo(4, "\u5DE5\u5177"), "\u5DE5\u5177");
+    EXPECT_EQ(cli::fittedTo(6, "\u5DE5\u5177\u5DE5\u5177"), "\u5DE5...");
+    EXPECT_EQ(cli::fittedTo(5, "abcdef"), "ab...");
+    EXPECT_EQ(cli::fittedTo(2, "abcdef"), "..");
+}
+
+} // namespace
