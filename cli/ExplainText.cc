@@ -240,8 +240,9 @@ std::string allText(const Explanation& explanation, bool hasColours)
     if (!explanation.general.empty()) {
         text += "The host\n";
     }
-    for (const Finding& finding : explanation.general) {
-        text += findingLine(finding, hasColours);
+    for (const Finding& finding : explanation.general) { // nobody can ask for more about these
+        text += finding.rule->severity == Severity::kNote ? findingLine(finding, hasColours)
+                                                          : findingText(finding, hasColours);
     }
     const std::string counts = findingCounts(findings);
     text +=

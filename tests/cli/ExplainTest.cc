@@ -271,6 +271,23 @@ TEST_F(ExplainTest, AChainOfManyBundlesIsWalkedAndAbridged)
     EXPECT_EQ(explainJson({"B7"})["bundles"][0]["dependencies"][0]["chain"].size(), kCount + 1U);
 }
 
+TEST_F(ExplainTest, AMissingFolderOfTheErrorLogIsSaidSo)
+{
+    fs::remove_all(home() + "/.config");
+    EXPECT_EQ(tell({"explain"}), (ToolRun{1, R"(The host
+  note KB101: /T/program/ApplicationPlugins: The search root does not exist, so no bundle is found there.
+  note KB101: /usr/local/ORRELIN/ApplicationPlugins: The search root does not exist, so no bundle is found there.
+  note KB101: /T/home/.config/ORRELIN/ApplicationPlugins: The search root does not exist, so no bundle is found there.
+  warning KB901 log-not-opened, /T/home/.config/ORRELIN/BundleErrorLog.txt
+    The error log cannot be written: its folder is not there. Then nothing is ever logged, and everything else goes on.
+    change    Make the folder "/T/home/.config/ORRELIN", and let the user of the host write to it.
+
+0 bundles
+1 warning, 3 notes
+)",
+                                          ""}));
+}
+
 TEST_F(ExplainTest, NothingIsWritten)
 {
     installFault("nothing-wrong");
