@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_map>
+#include <utility>
 
 namespace cli {
 
@@ -141,22 +143,38 @@ std::string commandsText(const Explanation& explanation, const ExaminedBundle& b
     return block.text;
 }
 
-/// Where `menu` stands in the host's list.
-std::string placeInList(const Explanation& explanation, const std::wstring& menu)
+/// The host's list of menus as it will be.
+class HostList
 {
-    const std::vector<std::wstring> entries = menuEntries(explanation.examination().hostMenus.after);
-    const auto found = std::find(entries.begin(), entries.end(), menu);
-    return found == entries.end() ? "not in the host's list of menus"
-                                  : "entry " + std::to_string(found - entries.begin() + 1) + " of " +
-                                        std::to_string(entries.size()) + " in the host's list of menus";
-}
+public:
+    explicit HostList(const Explanation& explanation)
+    {
+        for (std::wstring& entry : menuEntries(explanation.examination().hostMenus.after)) {
+            positions.try_emplace(std::move(entry), ++count);
+        }
+    }
+
+    /// Where `menu` stands in it.
+    std::string placeOf(const std::wstring& menu) const
+    {
+        const auto found = positions.find(menu);
+        return found == positions.end() ? "not in the host's list of menus"
+                                        : "entry " + std::to_string(found->second) + " of " + std::to_string(count) +
+                                              " in the host's list of menus";
+    }
+
+private:
+    std::unordered_map<std::wstring, std::size_t> positions; ///< from 1, the first of each
+    std::size_t count = 0;
+};
 
 std::string menusText(const Explanation& explanation, const ExaminedBundle& bundle)
 {
+    const HostList list(explanation);
     Block block("menus");
     for (const ExaminedComponent& component : bundle.components) {
         if (!component.menu.empty()) {
-            block.add(abridged(inBundle(bundle, component.menu)) + ": " + placeInList(explanation, component.menu));
+            block.add(abridged(inBundle(bundle, component.menu)) + ": " + list.placeOf(component.menu));
         }
     }
     return block.text;
@@ -184,10 +202,13 @@ std::string fullText(const Explanation& explanation, const ExplainedBundle& expl
 std::string shortText(const ExplainedBundle& explained, bool hasColours)
 {
     std::string text = abridged(folderNameOf(*explained.bundle)) + ": " + nameOf(explained.bundle->state) + "\n";
-    for (const Finding& finding : explained.findings) {
-        text += findingLine(finding, hasColours);
+    constexpr std::size_t kMostShown = 10;
+    const Findings& findings = explained.findings;
+    for (std::size_t index = 0; index < std::min(findings.size(), kMostShown); ++index) {
+        text += findingLine(findings[index], hasColours);
     }
-    return text;
+    return findings.size() > kMostShown ? text + "  ... and " + std::to_string(findings.size() - kMostShown) + " more\n"
+                                        : text;
 }
 
 std::string commandText(const ExplainedCommand& command)
@@ -212,7 +233,7 @@ std::string menuText(const Explanation& explanation, const ExplainedMenu& menu)
 {
     return "Menu " + abridged(menu.path) + "\n" +
            labelled("comes from", menu.component ? placeName(*menu.component) : "no bundle that is installed") +
-           labelled("stands", placeInList(explanation, menu.path));
+           labelled("stands", HostList(explanation).placeOf(menu.path));
 }
 
 /// "3 bundles: 2 loaded, 1 malformed".

@@ -26,8 +26,14 @@ std::string folderOf(const ExaminedBundle& bundle)
 /// The installed UpgradeCode that `code` may be a slip of.
 std::string similarCode(const BundleInput& input, const std::wstring& code)
 {
+    // Each comparison costs the square of its length: crowds of bundles and dependencies go without.
+    constexpr std::size_t kMostCompared = 50;
+    const auto& bundles = input.all.examination.bundles;
+    if (bundles.size() > kMostCompared || input.bundle.records.dependencies.size() > kMostCompared) {
+        return "";
+    }
     std::vector<std::string> known;
-    for (const ExaminedBundle& bundle : input.all.examination.bundles) {
+    for (const ExaminedBundle& bundle : bundles) {
         if (!bundle.records.package.upgradeCode.empty() && &bundle != &input.bundle) {
             known.push_back(plainUtf8(bundle.records.package.upgradeCode));
         }

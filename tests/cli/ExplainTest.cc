@@ -271,6 +271,20 @@ TEST_F(ExplainTest, AChainOfManyBundlesIsWalkedAndAbridged)
     EXPECT_EQ(explainJson({"B7"})["bundles"][0]["dependencies"][0]["chain"].size(), kCount + 1U);
 }
 
+TEST_F(ExplainTest, OfManyFindingsTheShortFormShowsTheFirst)
+{
+    std::string entries;
+    for (int index = 0; index < 12; ++index) {
+        entries += startupEntry("./" + std::to_string(index) + ".lsp");
+    }
+    install("Many.bundle", manifestOf(entries, "many"));
+    const std::string output = tell({"explain"}).output;
+    EXPECT_NE(output.find("\"./9.lsp\" cannot be read: No such file or directory. Its loading is queued all the same, "
+                          "and fails later.\n  ... and 2 more\nThe host\n"),
+              std::string::npos)
+        << output;
+}
+
 TEST_F(ExplainTest, AMissingFolderOfTheErrorLogIsSaidSo)
 {
     fs::remove_all(home() + "/.config");
