@@ -1,6 +1,6 @@
 #include "cli/RequirementComparison.h"
 
-#include "host/LocaleText.h"
+#include "loading/ProductVersion.h"
 #include "manifest/BundleLogText.h"
 
 #include <algorithm>
@@ -9,7 +9,6 @@ namespace cli {
 
 namespace {
 
-constexpr wchar_t kProductVersion[] = L"26.0";
 constexpr std::size_t kOSField = 2;
 constexpr std::size_t kArchitectureField = 3;
 
@@ -82,7 +81,7 @@ std::vector<RequirementComparison> comparisonsOf(const Examination& examination,
     }
     const std::wstring range = rangeOf(required);
     std::vector<RequirementComparison> all{
-        {Requirement::kProductVersion, range, kProductVersion, !range.empty(),
+        {Requirement::kProductVersion, range, loading::productVersion, !range.empty(),
          !isLogged(bundle, bundlelogtext::kWrongProductVersion)},
         {Requirement::kOS, required.os, L"", false, !isLogged(bundle, bundlelogtext::kWrongOS)},
         {Requirement::kArchitecture, partsOf(required.architecture).front(), L"", false,

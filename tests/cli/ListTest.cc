@@ -5,7 +5,11 @@
 #include "cli/Terminal.h"
 
 #include <clocale>
+#include <cstdlib>
+#include <fcntl.h>
 #include <nlohmann/json.hpp>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -13,7 +17,50 @@ using nlohmann::json;
 
 class ListTest : public FaultFixture
 {
+protected:
+    /// What `kestbundle list` writes to a terminal that is `columns` wide.
+    std::string onTerminal(unsigned short columns)
+    {
+        const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+        const winsize size{24, columns, 0, 0};
+        EXPECT_TRUE(::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0 && ::ioctl(terminal, TIOCSWINSZ, &size) == 0);
+        standardOutput = ::ptsname(terminal);
+        const int kept = ::open(standardOutput.c_str(), O_RDWR | O_NOCTTY); // what is written stays while it is open
+        tell({"list"});
+        std::string text(4096, '\0');
+        const ssize_t length = ::read(terminal, text.data(), text.size());
+        text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+        ::close(kept);
+        ::close(terminal);
+        return text;
+    }
 };
+
+TEST_F(ListTest, OnATerminalTheTableFitsAndStatesHaveColours)
+{
+    installFault("no-components");
+    environment.push_back("TERM=xterm");
+    EXPECT_EQ(onTerminal(50), "NAME   VERSION  STATE  COMMANDS  MENUS  FOLDER\r\n"
+                              "Tools  1.0.0    \x1B[33mkept\x1B[0m          0      0  user: T...\r\n"
+                              "    warning KB501: The bundle has no components,\r\n"
+                              "    so there is nothing to load, and no bundle\r\n"
+                              "    that depends on it ever loads.\r\n"
+                              "\r\n1 bundle: 1 kept\r\n\"kestbundle explain Tools.bundle\" says why.\r\n");
+}
+
+TEST_F(ListTest, ATerminalWithoutColoursGetsNone)
+{
+    installFault("no-components");
+    for (const char* wish : {"NO_COLOR=1", "TERM=dumb"}) {
+        environment.emplace_back(wish);
+        const std::string text = onTerminal(200);
+        EXPECT_NE(text.find("kept"), std::string::npos);
+        EXPECT_EQ(text.find('\x1B'), std::string::npos) << text;
+        environment.pop_back();
+    }
+    environment.emplace_back("NO_COLOR=");
+    EXPECT_NE(onTerminal(200).find("\x1B[33mkept\x1B[0m"), std::string::npos) << "empty is not set";
+}
 
 TEST_F(ListTest, AnEmptyHomeHasNoTable)
 {
