@@ -1,5 +1,6 @@
 #include "tests/cli/FaultFixture.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <sqlite3.h>
 #include <stdexcept>
@@ -18,6 +19,8 @@ void FaultFixture::installFault(const std::string& fault)
     fs::copy(std::string(KEST_FIXTURE_FOLDER) + "/" + fault, plugins(),
              fs::copy_options::recursive | fs::copy_options::copy_symlinks | fs::copy_options::overwrite_existing);
     makeExtras(fault);
+    noteInstalled();
+    takePermissions(fault);
 }
 
 void FaultFixture::makeExtras(const std::string& fault)
@@ -41,7 +44,25 @@ void FaultFixture::makeExtras(const std::string& fault)
         write(contents + "a\\b.lsp", "(princ)\n");
     } else if (fault == "semicolon-in-menu-path") {
         write(contents + "a;b.cuix", "x\n");
-    } else if (fault == "folder-not-listable") {
+    } else if (fault == "broken-link") {
+        fs::create_symlink("nowhere/Gone.bundle", plugins() + "Gone.bundle");
+        fs::create_symlink("Round.bundle", plugins() + "Round.bundle");
+    }
+}
+
+void FaultFixture::noteInstalled()
+{
+    for (const fs::directory_entry& entry : fs::directory_iterator(plugins())) {
+        if (entry.path().extension() != ".txt") {
+            installed.push_back(entry.path().filename().string());
+        }
+    }
+    std::sort(installed.begin(), installed.end());
+}
+
+void FaultFixture::takePermissions(const std::string& fault)
+{
+    if (fault == "folder-not-listable") {
         fs::permissions(plugins() + "Tools.bundle", fs::perms::none);
     } else if (fault == "manifest-not-opened") {
         fs::permissions(plugins() + "Tools.bundle/PackageContents.xml", fs::perms::none);

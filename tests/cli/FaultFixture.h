@@ -19,8 +19,12 @@ protected:
     /// `kestbundle SUBCOMMAND` with a fixed host and `arguments`; its output is normalised.
     ToolRun tell(std::vector<std::string> arguments);
 
+    std::vector<std::string> installed; ///< names in the user's folder of bundles, sorted
+
     std::string vernum = "26.0_1_Linux_test";
 
 private:
     void makeExtras(const std::string& fault);
+    void noteInstalled();
+    void takePermissions(const std::string& fault);
 };

@@ -44,13 +44,7 @@ protected:
     std::string said()
     {
         std::string text = section("list", tell({"list"})) + section("explain", tell({"explain"}));
-        std::vector<std::string> names;
-        for (const fs::directory_entry& entry :
-             fs::directory_iterator(KEST_FIXTURE_FOLDER "/" + GetParam(), fs::directory_options::none)) {
-            names.push_back(entry.path().filename().string());
-        }
-        std::sort(names.begin(), names.end());
-        for (const std::string& name : names) {
+        for (const std::string& name : installed) {
             text += section("explain " + name, tell({"explain", name}));
         }
         return text;
