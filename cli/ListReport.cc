@@ -2,6 +2,7 @@
 
 #include "cli/ListedBundle.h"
 #include "cli/ReportLines.h"
+#include "cli/Shown.h"
 #include "cli/Terminal.h"
 #include "cli/rules/RuleTexts.h"
 
@@ -139,6 +140,18 @@ std::string indented(const std::string& text, std::size_t terminal)
     return result + "\n";
 }
 
+/// " NAME" as a shell takes it; empty when `name` cannot be shown as it is: without a name, all is explained.
+std::string asArgument(const std::wstring& name)
+{
+    const std::string text = plainUtf8(name);
+    if (abridged(name) != text || text.find('\'') != std::string::npos) {
+        return "";
+    }
+    const bool isPlain = text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-") ==
+                         std::string::npos;
+    return isPlain && !text.starts_with('-') ? " " + text : " -- '" + text + "'";
+}
+
 std::string countsText(const Examination& examination)
 {
     std::map<BundleState, std::size_t> counts;
@@ -176,7 +189,7 @@ std::string listText(const Examination& examination, const Findings& reasons, Ta
         text += "An error ended the start: " + abridged(examination.failure) + "\n";
     }
     if (unloaded != nullptr) {
-        text += "\"kestbundle explain " + abridged(folderNameOf(*unloaded->bundle)) + "\" says why.\n";
+        text += "\"kestbundle explain" + asArgument(folderNameOf(*unloaded->bundle)) + "\" says why.\n";
     }
     return text;
 }

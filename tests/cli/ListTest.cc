@@ -98,6 +98,21 @@ TEST_F(ListTest, ColoursAreThoseOfTheStateAndNothingElse)
               "\n2 bundles: 1 malformed, 1 loaded\n\"kestbundle explain B.bundle\" says why.\n");
 }
 
+TEST_F(ListTest, WhatToAskNextCanBeTypedIntoAShell)
+{
+    const auto lastLineFor = [](const wchar_t* folder) {
+        cli::Examination examination;
+        examination.bundles.resize(1);
+        examination.bundles[0].folder = folder;
+        const std::string text = cli::listText(examination, {}, {});
+        return text.substr(text.rfind('\n', text.size() - 2) + 1);
+    };
+    EXPECT_EQ(lastLineFor(L"/b/My $HOME.bundle"), "\"kestbundle explain -- 'My $HOME.bundle'\" says why.\n");
+    EXPECT_EQ(lastLineFor(L"/b/-x.bundle"), "\"kestbundle explain -- '-x.bundle'\" says why.\n");
+    EXPECT_EQ(lastLineFor(L"/b/it's.bundle"), "\"kestbundle explain\" says why.\n");
+    EXPECT_EQ(lastLineFor(L"/b/\x1B.bundle"), "\"kestbundle explain\" says why.\n");
+}
+
 TEST_F(ListTest, TheJsonFormSaysAllThatTheTableSays)
 {
     installFault("first-use-fails");
