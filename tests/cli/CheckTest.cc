@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <regex>
+#include <set>
 
 namespace {
 
@@ -105,6 +107,38 @@ TEST_P(CheckTest, IsReportedWholeInEveryForm)
     expectGolden("txt", check({"bundles"}));
     expectGolden("json", check({"--json", "bundles"}));
     expectGolden("sarif", check({"--format", "sarif", "bundles"}));
+}
+
+TEST_P(CheckTest, TheSarifLogHoldsTogether)
+{
+    installFixture(GetParam());
+    const auto log = nlohmann::json::parse(check({"--format", "sarif", "./bundles/"}).output);
+    EXPECT_EQ(log["version"], "2.1.0");
+    EXPECT_TRUE(log["$schema"].is_string());
+    ASSERT_EQ(log["runs"].size(), 1U);
+    const auto& rules = log["runs"][0]["tool"]["driver"]["rules"];
+    EXPECT_EQ(log["runs"][0]["tool"]["driver"]["name"], "kestbundle");
+    const std::set<std::string> levels{"error", "warning", "note"};
+    std::set<std::string> ids;
+    for (const auto& rule : rules) {
+        EXPECT_TRUE(ids.insert(rule["id"]).second) << rule;
+        EXPECT_TRUE(levels.contains(rule["defaultConfiguration"]["level"])) << rule;
+        EXPECT_TRUE(rule["shortDescription"]["text"].is_string()) << rule;
+    }
+    for (const auto& result : log["runs"][0]["results"]) {
+        EXPECT_EQ(rules[result["ruleIndex"].get<std::size_t>()]["id"], result["ruleId"]);
+        EXPECT_TRUE(levels.contains(result["level"])) << result;
+        EXPECT_FALSE(result["message"]["text"].get<std::string>().empty());
+        ASSERT_EQ(result["locations"].size(), 1U);
+        const auto& place = result["locations"][0]["physicalLocation"];
+        EXPECT_TRUE(std::regex_match(place["artifactLocation"]["uri"].get<std::string>(),
+                                     std::regex("bundles/([-A-Za-z0-9._~/]|%[0-9A-F]{2})+")))
+            << place;
+        if (place.contains("region")) {
+            EXPECT_GE(place["region"]["startLine"], 1);
+            EXPECT_GE(place["region"].value("startColumn", 1), 1);
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, CheckTest, ::testing::ValuesIn(allFixtures()), [](const auto& fixture) {
