@@ -104,6 +104,7 @@ struct ExaminedList
 {
     std::optional<std::wstring> before;
     std::optional<std::wstring> after;
+    std::optional<std::wstring> afterAnother; ///< after one more start with the same bundles
 };
 
 struct Examination

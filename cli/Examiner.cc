@@ -140,6 +140,7 @@ void Examiner::start(KestBundleManager& manager, const std::function<void(KestBu
         bringMenusInStep(manager);
         facts.hostMenus.after = store.text(TarvixConfig::kMenus, kHostMenus);
         facts.bundleMenus.after = store.text(TarvixConfig::kMenus, kBundleMenus);
+        rehearseAnotherUpdate(manager);
     }
     for (const KestBundle* bundle : manager.bundles) {
         if (bundle->isLoad) {
@@ -150,6 +151,15 @@ void Examiner::start(KestBundleManager& manager, const std::function<void(KestBu
     excute();
     atStartup = seenSince(begin);
     facts.commands.insert(manager.commandMap.begin(), manager.commandMap.end());
+}
+
+/// An update works on what the one before it has left, and the first is often the one that still goes well.
+void Examiner::rehearseAnotherUpdate(KestBundleManager& manager)
+{
+    standalone::Configuration& store = host.configuration();
+    manager.writeCuixToConfig(facts.bundleMenus.after.value_or(L""));
+    facts.hostMenus.afterAnother = store.text(TarvixConfig::kMenus, kHostMenus);
+    facts.bundleMenus.afterAnother = store.text(TarvixConfig::kMenus, kBundleMenus);
 }
 
 void Examiner::takeReadings()
@@ -271,7 +281,7 @@ void Examiner::judge(ExaminedComponent& component, bool isReached)
 bool Examiner::isRegistered(const std::wstring& menu) const
 {
     if (menu.find(L';') == std::wstring::npos) {
-        return registeredMenus.contains(menu);
+        return !menu.empty() && registeredMenus.contains(menu); // empty entries stand for no menu
     }
     // Such a path is stored as it is, and read back as several entries.
     return (L";" + facts.bundleMenus.after.value_or(L"") + L";").find(L";" + menu + L";") != std::wstring::npos;

@@ -36,6 +36,7 @@ private:
     using SeenByPath = std::unordered_map<std::wstring, Seen>;
 
     void start(KestBundleManager& manager, const std::function<void(KestBundleManager&)>& bringMenusInStep);
+    void rehearseAnotherUpdate(KestBundleManager& manager);
     void takeMenus();
     void takeReadings();
     void takeLog();
