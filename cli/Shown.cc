@@ -92,11 +92,16 @@ std::string plainUtf8FromLocale(std::string_view text)
 void print(std::FILE* stream, std::string_view text)
 {
     if (std::string_view(::nl_langinfo(CODESET)) == "UTF-8") {
-        std::fwrite(text.data(), 1, text.size(), stream);
+        printUtf8(stream, text);
     } else {
         const std::string bytes = localeBytes(text);
-        std::fwrite(bytes.data(), 1, bytes.size(), stream);
+        printUtf8(stream, bytes);
     }
+}
+
+void printUtf8(std::FILE* stream, std::string_view text)
+{
+    std::fwrite(text.data(), 1, text.size(), stream);
     std::fflush(stream);
 }
 

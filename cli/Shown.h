@@ -24,4 +24,7 @@ std::string plainUtf8FromLocale(std::string_view text);
 /// "\u{NNNN}". The stream is flushed.
 void print(std::FILE* stream, std::string_view text);
 
+/// Writes `text` as it is, for programs: their forms are UTF-8 in every locale. The stream is flushed.
+void printUtf8(std::FILE* stream, std::string_view text);
+
 } // namespace cli

@@ -3,6 +3,7 @@
 #include "cli/CheckCommand.h"
 #include "cli/ExplainCommand.h"
 #include "cli/ListCommand.h"
+#include "cli/MenusCommand.h"
 #include "cli/NearestName.h"
 #include "cli/NewCommand.h"
 #include "cli/RunCommand.h"

@@ -1,0 +1,155 @@
+// The account of the host's list of menus, compared whole.
+#include "tests/cli/GoldenFile.h"
+#include "tests/cli/ToolTest.h"
+
+#include "host/Configuration.h"
+#include "standalone/Configuration.h"
+
+#include <filesystem>
+#include <regex>
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+class MenusTest : public ToolTest
+{
+protected:
+    void store(const wchar_t* key, const std::wstring& text) const
+    {
+        standalone::Journal journal;
+        standalone::Configuration store(configurationFile(), journal);
+        ASSERT_TRUE(store.store(TarvixConfig::kMenus, key, text));
+    }
+    void storeHostList(const std::wstring& list) const { store(L"CUIX/LoadedCuix", list); }
+    void storeBundleList(const std::wstring& list) const { store(L"CUIX/LoadedBundleCuix", list); }
+
+    /// A bundle with a start-up component for each of `modules`.
+    std::string installWith(const std::string& name, const std::vector<std::string>& modules,
+                            const std::string& code = "") const
+    {
+        std::string entries;
+        for (const std::string& module : modules) {
+            entries += "<ComponentEntry ModuleName=\"" + module + "\"/>";
+        }
+        return install(name, manifestOf("<Components>" + entries + "</Components>", code));
+    }
+
+    ToolRun menus(std::vector<std::string> arguments = {})
+    {
+        arguments.insert(arguments.begin(),
+                         {"menus", "--program-dir", path("program"), "--vernum", "26.0_1_Linux_test"});
+        ToolRun done = runTool(arguments);
+        done.output = std::regex_replace(normalised(done.output), std::regex("-[0-9A-F]{16}\\.cuix"), "-HASH.cuix");
+        return done;
+    }
+};
+
+TEST_F(MenusTest, WithoutMenusThereIsNothingToTell)
+{
+    EXPECT_EQ(menus(), (ToolRun{0, R"(The host's list of menus: 0 entries now, 0 after the next start.
+
+Nothing was written.
+)",
+                                ""}));
+}
+
+TEST_F(MenusTest, EachEntryStandsWithWhereItComesFrom)
+{
+    storeHostList(L"/host.cuix;/gone.cuix");
+    storeBundleList(L"/gone.cuix");
+    write(installWith("A.bundle", {"./new.cuix", "./old.mnu"}) + "/old.mnu", "[Draw]\nLine = LINE\n");
+    const std::string before = contentOf(configurationFile());
+    EXPECT_EQ(menus(), (ToolRun{0, R"(The host's list of menus: 2 entries now, 3 after the next start.
+
+  - /gone.cuix
+      a bundle's, registered at an earlier start; no bundle brings it any more
+    /host.cuix
+      the host's own
+  + /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/new.cuix
+      of /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle
+  + /T/home/.config/ORRELIN/ConvertedMenus/old-HASH.cuix
+      of /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle
+      converted from /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/old.mnu
+
+Nothing was written.
+)",
+                                ""}));
+    EXPECT_EQ(contentOf(configurationFile()), before);
+    EXPECT_FALSE(fs::exists(home() + "/.config/ORRELIN/ConvertedMenus"));
+}
+
+TEST_F(MenusTest, EntriesThatAnUpdateDamagesAndMenusThatItLeavesOutAreFindings)
+{
+    storeHostList(L"/own.cuix;/a/own.cuix;/b.cuix;");
+    storeBundleList(L"/own.cuix");
+    installWith("A.bundle", {"./one.cuix", "./native.krx", "./two.cuix"}, "A");
+    install("B.bundle", "<ApplicationPackage><Components><ComponentEntry ModuleName=\"./dropped.cuix\"/>");
+    write(installWith("C.bundle", {"./bad.mnu"}, "C") + "/bad.mnu", "no menu\n");
+    installWith("D.bundle", {"./twin.cuix"}, "A");
+    install("E.bundle", manifestOf("<DependentBundles><DependentBundle UpgradeCode=\"nowhere\"/></DependentBundles>"
+                                   "<Components><ComponentEntry ModuleName=\"./waiting.cuix\"/></Components>",
+                                   "E"));
+    installWith("F;G.bundle", {"./split.cuix"}, "F");
+    install("H.bundle", manifestOf("<Components><ComponentEntry ModuleName=\"./later.cuix\" "
+                                   "LoadOnTARVIXStartup=\"false\"/></Components>",
+                                   "H"));
+    const ToolRun done = menus();
+    EXPECT_EQ(done.errors, "");
+    EXPECT_EQ(done.status, 1);
+    expectGolden("menus-damaged.txt", done.output);
+    expectGolden("menus-damaged.json", menus({"--json"}).output);
+}
+
+TEST_F(MenusTest, AComponentWithoutAPathIsNoMenuAndLeavesAnEmptyEntry)
+{
+    install("A.bundle",
+            manifestOf(
+                "<Components><ComponentEntry ModuleName=\"./one.cuix\"/><ComponentEntry ModuleName=\"pathless.krx\"/>"
+                "</Components>"));
+    EXPECT_EQ(menus(), (ToolRun{0, R"(The host's list of menus: 0 entries now, 3 after the next start.
+
+  + (an empty entry)
+      The bundles' menus are appended behind a ";", also to an empty list.
+  + /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/one.cuix
+      of /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle
+  + (an empty entry)
+      of /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle
+      A component without a ModuleName that begins with "./" loads at start-up and is no menu; behind a menu of its bundle it leaves an empty entry. Name the menus behind all other components.
+
+Nothing was written.
+)",
+                                ""}));
+}
+
+TEST_F(MenusTest, NamesThatWouldUpsetATerminalAreShownHarmlessly)
+{
+    storeHostList(L"/\x1B[2Jclear.cuix;/line\nbreak.cuix");
+    EXPECT_EQ(menus(), (ToolRun{0, R"(The host's list of menus: 2 entries now, 2 after the next start.
+
+    /\x1B[2Jclear.cuix
+      the host's own
+    /line\x0Abreak.cuix
+      the host's own
+
+Nothing was written.
+)",
+                                ""}));
+    EXPECT_EQ(json::parse(menus({"--json"}).output)["hostList"]["after"],
+              json({"/\x1B[2Jclear.cuix", "/line\nbreak.cuix"}));
+}
+
+TEST_F(MenusTest, AListThatCannotBeReadIsToldOf)
+{
+    write(configurationFile(), "no database");
+    EXPECT_EQ(menus(), (ToolRun{1, R"(The host's list of menus: 0 entries now, 0 after the next start.
+
+The host says: The configuration file "/T/home/.config/ORRELIN/standalone.sqlite" could not be read: file is not a database; move it away to start with new lists
+
+Nothing was written.
+)",
+                                ""}));
+}
+
+} // namespace
