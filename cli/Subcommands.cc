@@ -2,6 +2,7 @@
 
 #include "cli/CheckCommand.h"
 #include "cli/ExplainCommand.h"
+#include "cli/GraphCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/MenusCommand.h"
 #include "cli/NearestName.h"
