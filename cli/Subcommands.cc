@@ -4,6 +4,7 @@
 #include "cli/ExplainCommand.h"
 #include "cli/GraphCommand.h"
 #include "cli/ListCommand.h"
+#include "cli/LogCommand.h"
 #include "cli/MenusCommand.h"
 #include "cli/NearestName.h"
 #include "cli/NewCommand.h"
@@ -28,6 +29,9 @@ constexpr AddSubcommand kSubcommands[] = {
     addListCommand,
     addExplainCommand,
     addCheckCommand,
+    addGraphCommand,
+    addMenusCommand,
+    addLogCommand,
     addSchemaCommand,
 };
 
