@@ -172,13 +172,14 @@ int check(const CheckOptions& options)
     const CheckedBundles checked = checkBundles(examination, machine, [&](std::size_t done) { progress.show(done); });
     const bool isBad =
         countOf(checked, Severity::kError) > 0 || (options.isStrict && countOf(checked, Severity::kWarning) > 0);
-    const CheckReport report{checked, targets, options.isStrict, isBad ? kSomethingFailed : kAllWell};
+    const int status = isBad ? kSomethingFailed : kAllWell;
+    const CheckReport report{checked, targets, options.isStrict, status};
     if (options.isJson || options.format == "json") {
         print(stdout, checkJson(report));
     } else {
         print(stdout, options.format == "sarif" ? checkSarif(report) : checkText(report, hasColours()));
     }
-    return report.exitStatus;
+    return status;
 }
 
 } // namespace cli
