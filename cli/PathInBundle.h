@@ -8,7 +8,7 @@ namespace cli {
 enum class PathState
 {
     kFile,        ///< a regular file that can be read
-    kMissing,     ///<
+    kMissing,     ///< nothing is there
     kLetterCase,  ///< missing, but `found` differs only in letter case
     kNotReadable, ///< not a regular file, or not to be read: `problem` says why
 };
