@@ -40,7 +40,8 @@ TEST(ModuleImageTest, ALibraryThatIsNotFoundIsNamed)
     ASSERT_NE(name, std::string::npos);
     content.replace(name, 7, "lib0000");
     writeFile(folder / "module.krx", content);
-    EXPECT_EQ(examineModule(folder / "module.krx").missingLibraries, std::vector<std::string>{"lib0000_test_elsewhere.so"});
+    EXPECT_EQ(examineModule(folder / "module.krx").missingLibraries,
+              std::vector<std::string>{"lib0000_test_elsewhere.so"});
 }
 
 TEST(ModuleImageTest, AFileThatIsNoSharedObjectIsNone)
