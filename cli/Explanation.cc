@@ -13,6 +13,7 @@ ExplainedBundle explained(const RuleInput& all, const ExaminedBundle& bundle)
 {
     const ManifestPlaces places(bundle);
     ExplainedBundle one{&bundle, findReasons(all, bundle, places), {}};
+    one.components.reserve(bundle.components.size());
     for (std::size_t index = 0; index < bundle.components.size(); ++index) {
         one.components.push_back(places.ofComponent(index));
     }

@@ -171,6 +171,7 @@ std::string listText(const Examination& examination, const Findings& reasons, Ta
 {
     std::vector<Row> rows{{{"NAME", "VERSION", "STATE", "COMMANDS", "MENUS", "FOLDER"}, "", ""}};
     const std::vector<ListedBundle> bundles = listedBundles(examination, reasons);
+    rows.reserve(bundles.size() + 1);
     const ListedBundle* unloaded = nullptr;
     for (const ListedBundle& listed : bundles) {
         rows.push_back(rowOf(examination, listed, look.hasColours));

@@ -33,6 +33,7 @@ std::vector<ListedBundle> listedBundles(const Examination& examination, const Fi
         }
     }
     std::vector<ListedBundle> listed;
+    listed.reserve(examination.bundles.size());
     for (const ExaminedBundle& bundle : examination.bundles) {
         const auto reason = first.find(bundle.folder);
         const auto menus = std::count_if(bundle.components.begin(), bundle.components.end(),

@@ -57,6 +57,7 @@ std::vector<std::wstring> nearBundles(const std::wstring& folder)
     }
     std::sort(names.begin(), names.end());
     std::vector<std::wstring> paths;
+    paths.reserve(names.size());
     for (const std::string& name : names) {
         paths.push_back(folder + (folder.back() == L'/' ? L"" : L"/") + localetext::widen(name));
     }
