@@ -1,5 +1,6 @@
 #include "cli/Examiner.h"
 
+#include "cli/FreshManager.h"
 #include "cli/MenuDifference.h"
 #include "cli/MissingEngine.h"
 #include "cli/NearBundles.h"
@@ -50,55 +51,6 @@ public:
 private:
     int folder;
 };
-
-/// The one manager, made anew, so that it writes to the log of the host that lives now. At the end its bundles go,
-/// while their host is still there.
-class FreshManager
-{
-public:
-    FreshManager() : one(*KestBundleManager::getInstance())
-    {
-        std::destroy_at(&one);
-        std::construct_at(&one);
-    }
-    FreshManager(const FreshManager&) = delete;
-    FreshManager& operator=(const FreshManager&) = delete;
-    ~FreshManager()
-    {
-        for (const KestBundle* bundle : one.bundles) {
-            delete bundle;
-        }
-        one.bundles.clear();
-    }
-
-    KestBundleManager& operator*() const noexcept { return one; }
-
-private:
-    KestBundleManager& one;
-};
-
-/// Puts a loaded bundle without manifest in front for each identity that the bundles of `manager` depend on and do not
-/// have themselves.
-void addOtherBundles(KestBundleManager& manager)
-{
-    std::set<std::wstring> wanted;
-    for (const KestBundle* bundle : manager.bundles) {
-        for (const KestDependentBundle& dependency : bundle->dependentBundles) {
-            wanted.insert(dependency.upgradeCode);
-        }
-    }
-    for (const KestBundle* bundle : manager.bundles) {
-        wanted.erase(bundle->package.upgradeCode);
-    }
-    for (const std::wstring& identity : wanted) {
-        auto other = std::make_unique<KestBundle>();
-        other->isLoad = true;
-        other->package.upgradeCode = identity;
-        manager.bundles.insert(manager.bundles.begin(), other.get());
-        static_cast<void>(other.release());
-        manager.loadedStatus.push_back({identity});
-    }
-}
 
 } // namespace
 

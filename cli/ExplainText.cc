@@ -47,9 +47,14 @@ std::string manifestText(const ExaminedBundle& bundle)
         return name + " is read as far as line " + std::to_string(bundle.read.line) + ", where it is malformed";
     case BundleState::kRequirementNotMet:
         return name + " is read as far as the requirement that is not met, and no further";
-    default:
-        return name + " is read to its end";
+    case BundleState::kWaiting:
+    case BundleState::kKept:
+    case BundleState::kLoadedWithFailures:
+    case BundleState::kLoaded:
+    case BundleState::kMenusOnly:
+        break;
     }
+    return name + " is read to its end";
 }
 
 std::string packageText(const KestApplicationPackage& package)

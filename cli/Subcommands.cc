@@ -24,15 +24,8 @@ namespace {
 using AddSubcommand = void (*)(CLI::App& app, Action& chosen);
 
 constexpr AddSubcommand kSubcommands[] = {
-    addRunCommand,
-    addNewCommand,
-    addListCommand,
-    addExplainCommand,
-    addCheckCommand,
-    addGraphCommand,
-    addMenusCommand,
-    addLogCommand,
-    addSchemaCommand,
+    addRunCommand,   addNewCommand,   addListCommand, addExplainCommand, addCheckCommand,
+    addGraphCommand, addMenusCommand, addLogCommand,  addSchemaCommand,
 };
 
 /// What could have stood in place of an argument: the options of `app`, or its subcommands.

@@ -100,9 +100,13 @@ Standing standingOf(const GraphNode& node)
     case BundleState::kLoadedWithFailures:
     case BundleState::kWaiting:
         return Standing::kDoubtful;
-    default:
-        return Standing::kBroken;
+    case BundleState::kNotABundle:
+    case BundleState::kUnreadable:
+    case BundleState::kMalformed:
+    case BundleState::kRequirementNotMet:
+        break;
     }
+    return Standing::kBroken;
 }
 
 BundleGraph bundleGraph(const Examination& examination)

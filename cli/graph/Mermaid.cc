@@ -21,7 +21,7 @@ std::string labelled(const std::string& text)
         if (isLetter || isDigit || byte >= 0x80 || kPlain.find(character) != std::string_view::npos) {
             label += character;
         } else {
-            label += "#" + std::to_string(byte) + ";";
+            label += "#" + std::to_string(int{byte}) + ";";
         }
     }
     return label;

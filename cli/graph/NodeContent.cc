@@ -42,7 +42,11 @@ GraphCommand commandOf(const std::wstring& name, const ExaminedComponent& compon
     case ComponentOutcome::kFailed:
         command.otherwise = "its component fails";
         break;
-    default:
+    case ComponentOutcome::kNotReached:
+    case ComponentOutcome::kPassedOver:
+    case ComponentOutcome::kMenu:
+    case ComponentOutcome::kMenuFailed:
+    case ComponentOutcome::kNeither:
         command.otherwise = "not announced";
     }
     return command;

@@ -28,9 +28,11 @@ const char* colourOf(Standing standing)
         return "\x1B[32m";
     case Standing::kDoubtful:
         return "\x1B[33m";
-    default:
-        return "\x1B[31m";
+    case Standing::kBroken:
+    case Standing::kMissing:
+        break;
     }
+    return "\x1B[31m";
 }
 
 class Tree

@@ -98,7 +98,8 @@ Finding standingFinding(const BundleInput& input, const KestDependentBundle& dep
                        "The bundle depends on " + code + ", which is " + other +
                            ", and the loading ended before that was its turn.",
                        "See what is said about " + other + ".");
-    default:
+    case Standing::kLoaded:
+    case Standing::kMissing:
         break;
     }
     Finding missing =
