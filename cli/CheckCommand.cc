@@ -42,6 +42,7 @@ Examples:
       All errors, a line each.
 
 Each finding has a code; docs/findings.md explains it.
+
 Exit status: 0 no error (with --strict: no warning either), 1 findings, 2 wrong use, or a path that cannot be read.)";
 
 constexpr char kFormats[] = "text, json, sarif";

@@ -167,6 +167,7 @@ TEST_F(NewTest, WhatWasMadeAndWhatComesNextIsSaid)
               "Next\n"
               "  build      cmake -S /T/Hello.bundle/Source -B /T/Hello.bundle/Source/build "
               "-DCMAKE_PREFIX_PATH=/T/tool && cmake --build /T/Hello.bundle/Source/build\n"
+              "  check      kestbundle check /T/Hello.bundle\n"
               "  install    mkdir -p /T/home/.config/ORRELIN/ApplicationPlugins && ln -s /T/Hello.bundle "
               "/T/home/.config/ORRELIN/ApplicationPlugins\n"
               "  run        kestbundle run --command HELLO\n");
@@ -193,6 +194,7 @@ TEST_F(NewTest, TheJsonDocumentSaysAllOfIt)
          {{{"kind", "build"},
            {"command", "mcs -target:library -codepage:utf8 -reference:/T/tool/lib/kest/Kest.dll -out:'" + folder +
                            "/Contents/commands.dll' '" + folder + "/Source/commands.cs'"}},
+          {{"kind", "check"}, {"command", "kestbundle check '" + folder + "'"}},
           {{"kind", "run"},
            {"command", "kestbundle run --home /T/other --command 'MAßSTÄBE15-LISP' --command 'MAßSTÄBE15-MANAGED'"}}}}};
     EXPECT_EQ(json::parse(normalised(made.dump())), expected);

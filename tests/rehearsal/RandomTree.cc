@@ -1,5 +1,7 @@
 #include "tests/rehearsal/RandomTree.h"
 
+#include "tests/AssemblyBytes.h"
+
 #include <fstream>
 
 namespace rehearsal {
@@ -140,7 +142,15 @@ void RandomTree::writeModule(const fs::path& file, const std::string& extension)
         return;
     }
     if (extension == ".krx" || extension == ".KRX") {
-        fs::create_symlink(module, file);
+        if (oneIn(6)) {
+            writeFile(file, "no module");
+        } else {
+            fs::create_symlink(module, file);
+        }
+        return;
+    }
+    if (extension == ".dll" && !oneIn(4)) {
+        writeFile(file, assemblyBytes());
         return;
     }
     writeFile(file, oneOf({"MZ", "[Menu]\nLine = LINE\n", "[Menu]\nLine = LINE\n", ""}));

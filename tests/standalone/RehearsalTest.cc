@@ -3,6 +3,8 @@
 
 #include "HostFixture.h"
 
+#include "tests/AssemblyBytes.h"
+
 #include "standalone/CommandTable.h"
 #include "standalone/Configuration.h"
 #include "standalone/LispQueue.h"
@@ -201,7 +203,7 @@ TEST_F(RehearsalTest, AScriptIsLookedAtAndNotRun)
 
 TEST_F(RehearsalTest, AnAssemblyIsLookedAtAndNotRun)
 {
-    writeFile(folder / "good.dll", "MZ and so on");
+    writeFile(folder / "good.dll", assemblyBytes());
     writeFile(folder / "text.dll", "M");
     host();
     const ModuleHandle engine = LoadLibraryW(L"TestEngine.dll");
