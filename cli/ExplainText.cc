@@ -220,7 +220,10 @@ std::string commandText(const ExplainedCommand& command)
 {
     std::string text = "Command " + abridged(command.name) + "\n";
     if (!command.loads) {
-        text += labelled("loads", "nothing: no bundle that declares it is loaded");
+        const bool isIdle = std::none_of(command.declaredBy.begin(), command.declaredBy.end(),
+                                         [](const ComponentPlace& place) { return (*place).record.loadsOnCommand(); });
+        text += labelled("loads", isIdle ? "nothing: no component that declares it loads on a command"
+                                         : "nothing: no bundle that declares it is loaded");
     } else {
         const ExaminedComponent& component = **command.loads;
         const bool isFailing = component.onDemand && !component.onDemand->isLoaded;
@@ -229,7 +232,11 @@ std::string commandText(const ExplainedCommand& command)
     Block block("declared");
     for (const ComponentPlace& place : command.declaredBy) {
         const bool isLoaded = command.loads && (*place).record.moduleName == (**command.loads).record.moduleName;
-        block.add("for " + placeName(place) + (isLoaded || !command.loads ? "" : ", which it does not load"));
+        const bool isAtStartup = (*place).record.loadsAtStartup();
+        block.add("for " + placeName(place) +
+                  (isAtStartup                  ? ", which loads at start-up"
+                   : isLoaded || !command.loads ? ""
+                                                : ", which it does not load"));
     }
     return text + block.text;
 }

@@ -23,7 +23,7 @@ struct ExplainedBundle
 struct ExplainedCommand
 {
     std::wstring name;                      ///< upper case
-    std::vector<ComponentPlace> declaredBy; ///< in the order found
+    std::vector<ComponentPlace> declaredBy; ///< in the order found; last those that are not loaded for it
     std::optional<ComponentPlace> loads;    ///< what its first use loads; nothing: no bundle's component
 };
 

@@ -75,15 +75,19 @@ private:
     {
         std::wstring name = subject;
         localetext::upperByGlobalLocale(name);
-        const auto declared = explanation.all.declaredCommands.find(name);
-        if (name.empty() || declared == explanation.all.declaredCommands.end()) {
+        ExplainedCommand command{name, {}, {}};
+        for (const auto* commands : {&explanation.all.declaredCommands, &explanation.all.idleCommands}) {
+            if (const auto places = commands->find(name); places != commands->end()) {
+                command.declaredBy.insert(command.declaredBy.end(), places->second.begin(), places->second.end());
+            }
+        }
+        if (name.empty() || command.declaredBy.empty()) {
             return;
         }
-        ExplainedCommand command{name, declared->second, {}};
         if (const ComponentPlace* const loaded = explanation.all.loadedBy(name)) {
             command.loads = *loaded;
         }
-        for (const ComponentPlace& place : declared->second) {
+        for (const ComponentPlace& place : command.declaredBy) {
             add(*place.bundle);
         }
         explanation.commands.push_back(std::move(command));
@@ -156,8 +160,10 @@ std::vector<std::string> knownNames(const Explanation& explanation)
             names.push_back(plainUtf8(fileName(component.record.moduleName)));
         }
     }
-    for (const auto& [name, places] : explanation.all.declaredCommands) {
-        names.push_back(plainUtf8(name));
+    for (const auto* commands : {&explanation.all.declaredCommands, &explanation.all.idleCommands}) {
+        for (const auto& [name, places] : *commands) {
+            names.push_back(plainUtf8(name));
+        }
     }
     std::sort(names.begin(), names.end()); // one order, whatever that of the commands was
     return names;
@@ -170,7 +176,13 @@ void addSubject(Explanation& explanation, std::vector<const ExaminedBundle*>& bu
     if (Search(explanation, bundles, subject).run()) {
         return;
     }
-    const auto nearest = nearestName(plainUtf8FromLocale(subject), knownNames(explanation));
+    const std::vector<std::string> known = knownNames(explanation);
+    auto nearest = nearestName(plainUtf8FromLocale(subject), known);
+    if (!nearest) { // commands are known in upper case
+        std::wstring upper = localetext::widen(subject);
+        localetext::upperByGlobalLocale(upper);
+        nearest = nearestName(plainUtf8(upper), known);
+    }
     throw WrongUse("no bundle, command or menu is named " + quoted(abridged(plainUtf8FromLocale(subject))) +
                    (nearest ? "; did you mean " + quoted(shownLine(*nearest)) + "?"
                             : "; \"kestbundle list\" shows what there is"));

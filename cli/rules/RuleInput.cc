@@ -11,14 +11,12 @@ RuleInput::RuleInput(const Examination& facts) : examination(facts), dependencie
     for (const ExaminedBundle& bundle : facts.bundles) {
         for (std::size_t index = 0; index < bundle.components.size(); ++index) {
             const ExaminedComponent& component = bundle.components[index];
-            if (!component.record.loadsOnCommand()) {
-                continue;
-            }
+            auto& commands = component.record.loadsOnCommand() ? declaredCommands : idleCommands;
             for (const KestCommands& group : component.record.commands) {
                 for (const KestCommand& command : group.commands) {
                     std::wstring name = command.localName;
                     localetext::upperByGlobalLocale(name);
-                    auto& places = declaredCommands[name];
+                    auto& places = commands[name];
                     if (places.empty() || places.back().bundle != &bundle || places.back().component != index) {
                         places.push_back({&bundle, index});
                     }

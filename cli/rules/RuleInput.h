@@ -31,6 +31,8 @@ struct RuleInput
     Dependencies dependencies;
     /// By upper-case command name: the components that declare it to be loaded for it, in the order found.
     std::unordered_map<std::wstring, std::vector<ComponentPlace>> declaredCommands;
+    /// The same for components that are not to be loaded for it, and declare it nevertheless.
+    std::unordered_map<std::wstring, std::vector<ComponentPlace>> idleCommands;
 };
 
 /// One bundle, and everything around it.

@@ -86,6 +86,23 @@ TEST_F(ExplainTest, ACommandOfABundleThatDoesNotLoadLoadsNothing)
   declared   for ./late.lsp of Late.bundle)");
 }
 
+TEST_F(ExplainTest, ACommandThatNoComponentIsLoadedForIsExplainedNevertheless)
+{
+    install("Idle.bundle", manifestOf("<Components>"
+                                      "<ComponentEntry ModuleName=\"./a.lsp\" LoadOnCommandInvocation=\"True\">"
+                                      "<Commands><Command Local=\"Idle\"/></Commands></ComponentEntry>"
+                                      "<ComponentEntry ModuleName=\"./b.lsp\" LoadOnTARVIXStartup=\"False\" "
+                                      "LoadOnCommandInvocation=\"yes\">"
+                                      "<Commands><Command Local=\"idle\"/></Commands></ComponentEntry>"
+                                      "</Components>"));
+    const ToolRun done = tell({"explain", "idle"});
+    EXPECT_EQ(done.output.substr(0, done.output.find("\n\n")), R"(Command IDLE
+  loads      nothing: no component that declares it loads on a command
+  declared   for ./a.lsp of Idle.bundle, which loads at start-up
+             for ./b.lsp of Idle.bundle)");
+    EXPECT_EQ(done.status, 1);
+}
+
 TEST_F(ExplainTest, AMenuIsNamedByItsFileAndItsBundleIsExplained)
 {
     installFault("nothing-wrong");
@@ -131,6 +148,8 @@ TEST_F(ExplainTest, ANameThatNothingHasIsWrongUseAndTheNearestIsProposed)
               (ToolRun{2, "", "kestbundle: no bundle, command or menu is named \"Toosl\"; did you mean \"Tools\"?\n"}));
     EXPECT_EQ(tell({"explain", "TRIMM"}),
               (ToolRun{2, "", "kestbundle: no bundle, command or menu is named \"TRIMM\"; did you mean \"TRIM\"?\n"}));
+    EXPECT_EQ(tell({"explain", "trom"}),
+              (ToolRun{2, "", "kestbundle: no bundle, command or menu is named \"trom\"; did you mean \"TRIM\"?\n"}));
     EXPECT_EQ(tell({"explain", "something else"}),
               (ToolRun{2, "",
                        "kestbundle: no bundle, command or menu is named \"something else\"; \"kestbundle list\" shows "
