@@ -8,6 +8,7 @@
 #include <cwctype>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace localetext {
 
@@ -45,9 +46,24 @@ inline std::size_t decodedLength(std::string_view text, wchar_t& unit)
     return isSame ? used : 0;
 }
 
+/// Whether `text` is ASCII from one end to the other, as nearly all are. Looks at all of it: the compiler then takes
+/// many units in a step.
+template <typename Char>
+constexpr bool isAscii(std::basic_string_view<Char> text)
+{
+    std::make_unsigned_t<Char> together = 0;
+    for (const Char unit : text) {
+        together |= static_cast<std::make_unsigned_t<Char>>(unit);
+    }
+    return together < 0x80;
+}
+
 /// Widens `text`, which is in the multibyte encoding of the global locale. Never fails and loses nothing.
 inline std::wstring widen(std::string_view text)
 {
+    if (isAscii(text)) {
+        return {text.begin(), text.end()};
+    }
     std::wstring wide;
     wide.reserve(text.size());
     while (!text.empty()) {
@@ -95,6 +111,9 @@ inline void appendUtf8(std::string& bytes, wchar_t unit)
 /// is a plain one, such bytes are UTF-8 themselves.
 inline std::string utf8(std::wstring_view text)
 {
+    if (isAscii(text)) {
+        return {text.begin(), text.end()};
+    }
     std::string bytes;
     bytes.reserve(text.size());
     for (const wchar_t unit : text) {
@@ -111,6 +130,9 @@ inline std::string utf8(std::wstring_view text)
 /// that the locale has no code for comes out in UTF-8, the encoding of nearly all file names. Never fails.
 inline std::string narrow(std::wstring_view text)
 {
+    if (isAscii(text)) {
+        return {text.begin(), text.end()};
+    }
     std::string bytes;
     bytes.reserve(text.size());
     constexpr auto kNotEncoded = static_cast<std::size_t>(-1);

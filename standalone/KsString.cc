@@ -55,14 +55,7 @@ const char* KsString::ansiPtr() const
 const char* KsString::utf8Ptr() const
 {
     if (!text->utf8) {
-        std::string& utf8 = text->utf8.emplace();
-        for (const wchar_t unit : text->wide) {
-            if (localetext::isUndecodableByte(unit)) {
-                utf8.push_back(static_cast<char>(unit - localetext::kUndecodableByte));
-            } else {
-                localetext::appendUtf8(utf8, unit);
-            }
-        }
+        text->utf8 = localetext::utf8(text->wide);
     }
     return text->utf8->c_str();
 }
