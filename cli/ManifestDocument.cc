@@ -48,10 +48,10 @@ private:
                 places.try_emplace(attribute.name, attribute.position);
             }
         }
-        tokens.forEachAttribute(token, [&](std::string_view name, std::wstring wideName, std::wstring value) {
-            const auto place = places.find(name);
+        tokens.forEachAttribute(token, [&](const std::wstring& name, std::wstring value) {
+            const auto place = places.find(plainUtf8(name));
             element.attributes.push_back(
-                {std::move(wideName), std::move(value), place != places.end() ? place->second : TextPosition{}});
+                {name, std::move(value), place != places.end() ? place->second : TextPosition{}});
         });
         kept += 1 + element.attributes.size();
         document.isCut = kept > kMostKept;

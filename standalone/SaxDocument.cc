@@ -75,11 +75,11 @@ struct SaxDocument::Callbacks
                 document.noteFault("The elements are nested deeper than " + std::to_string(kDeepest) + " levels");
                 return false;
             }
-            const char* const name = document.qualifiedName(prefix, local);
+            const std::wstring* const name = document.qualifiedName(prefix, local);
             if (name == nullptr) {
                 return false;
             }
-            document.batch.addStart(name);
+            document.batch.addStart(*name);
             const bool isGood = addAttributes(document, attributes, attributeCount) &&
                                 addNamespaces(document, namespaces, namespaceCount);
             if (!isGood) {
@@ -93,11 +93,11 @@ struct SaxDocument::Callbacks
     static bool addAttributes(SaxDocument& document, const xmlChar** attributes, int count)
     {
         for (const xmlChar** one = attributes; one != attributes + 5 * std::ptrdiff_t{count}; one += 5) {
-            const char* const name = document.qualifiedName(one[1], one[0]);
+            const std::wstring* const name = document.qualifiedName(one[1], one[0]);
             if (name == nullptr || !document.appendValue({chars(one[3]), static_cast<std::size_t>(one[4] - one[3])})) {
                 return false;
             }
-            document.batch.addAttribute(name);
+            document.batch.addAttribute(*name);
         }
         return true;
     }
@@ -108,11 +108,12 @@ struct SaxDocument::Callbacks
     {
         static const auto* const xmlns = reinterpret_cast<const xmlChar*>("xmlns");
         for (const xmlChar** one = namespaces; one != namespaces + 2 * std::ptrdiff_t{count}; one += 2) {
-            const char* const name = one[0] == nullptr ? chars(xmlns) : document.qualifiedName(xmlns, one[0]);
+            const std::wstring* const name =
+                one[0] == nullptr ? document.qualifiedName(nullptr, xmlns) : document.qualifiedName(xmlns, one[0]);
             if (name == nullptr || !document.appendValue(one[1] == nullptr ? "" : chars(one[1]))) {
                 return false;
             }
-            document.batch.addAttribute(name);
+            document.batch.addAttribute(*name);
         }
         return true;
     }
@@ -121,9 +122,9 @@ struct SaxDocument::Callbacks
     {
         addToken(target, [&](SaxDocument& document) {
             --document.depth;
-            const char* const name = document.qualifiedName(prefix, local);
+            const std::wstring* const name = document.qualifiedName(prefix, local);
             if (name != nullptr) {
-                document.batch.addEnd(name);
+                document.batch.addEnd(*name);
             }
             return name != nullptr;
         });
@@ -198,7 +199,18 @@ SaxDocument::~SaxDocument()
 
 void SaxDocument::begin()
 {
-    const XmlMessages messages(Callbacks::message, this);
+    isFresh = true;
+    firstFault = {};
+    expandedBytes = 0;
+    depth = 0;
+    malformed = false;
+    isComplete = false;
+    outOfMemory = false;
+}
+
+/// Makes the parser ready for a document.
+void SaxDocument::prepareParser()
+{
     if (context == nullptr) {
         context = xmlCreatePushParserCtxt(Callbacks::table(), nullptr, nullptr, 0, nullptr);
         if (context == nullptr) {
@@ -214,18 +226,16 @@ void SaxDocument::begin()
     // No network and the library's limits. Every other option would substitute entities, load a document type or
     // forgive faults.
     xmlCtxtUseOptions(context, XML_PARSE_NONET);
-    firstFault = {};
-    expandedBytes = 0;
-    depth = 0;
-    malformed = false;
-    isComplete = false;
-    outOfMemory = false;
+    isFresh = false;
 }
 
 void SaxDocument::feed(std::string_view bytes, bool isLast)
 {
     batch.clear();
     const XmlMessages messages(Callbacks::message, this);
+    if (isFresh) {
+        prepareParser();
+    }
     xmlParseChunk(context, bytes.data(), static_cast<int>(bytes.size()), isLast ? 1 : 0);
     if (outOfMemory) {
         throw std::bad_alloc();
@@ -245,6 +255,7 @@ void SaxDocument::end()
     }
     xmlCtxtReset(context); // before all: the tree is no part of what freeing the parser frees
     if (hasGrownTooLarge(context)) {
+        names.clear();
         xmlFreeParserCtxt(context);
         context = nullptr;
     }
@@ -274,19 +285,30 @@ void SaxDocument::refuse()
     context->errNo = XML_ERR_USER_STOP;
 }
 
-/// `prefix:local` as it was written, kept by the parser; null, with a fault noted, when the parser keeps too many.
-const char* SaxDocument::qualifiedName(const unsigned char* prefix, const unsigned char* local)
+/// `prefix:local` as it was written; null, with a fault noted, when the parser keeps too many names.
+const std::wstring* SaxDocument::qualifiedName(const unsigned char* prefix, const unsigned char* local)
 {
     const xmlChar* const name = prefix == nullptr ? local : xmlDictQLookup(context->dict, prefix, local);
     if (name == nullptr) {
         noteFault("There are too many names");
+        return nullptr;
     }
-    return chars(name);
+    return &names.of(chars(name));
 }
 
-/// Appends the text of a value. The library leaves references to declared entities in it as they are, and writes every
-/// "&" that is text as "&#38;".
+/// Appends the text of a value.
 bool SaxDocument::appendValue(std::string_view value)
+{
+    if (value.find('&') != std::string_view::npos) {
+        return appendValueWithReferences(value);
+    }
+    batch.appendText(value);
+    return true;
+}
+
+/// The library leaves references to declared entities in a value as they are, and writes every "&" that is text as
+/// "&#38;".
+bool SaxDocument::appendValueWithReferences(std::string_view value)
 {
     for (std::size_t ampersand = 0; (ampersand = value.find('&')) != std::string_view::npos;) {
         const std::size_t length = std::min(value.find(';', ampersand), value.size() - 1) + 1 - ampersand;

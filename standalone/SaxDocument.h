@@ -2,6 +2,7 @@
 #pragma once
 
 #include "standalone/TokenBatch.h"
+#include "standalone/WideNames.h"
 
 #include <string>
 #include <string_view>
@@ -51,17 +52,21 @@ public:
 private:
     struct Callbacks;
 
+    void prepareParser();
     void noteFault(std::string_view problem);
     void refuse();
-    const char* qualifiedName(const unsigned char* prefix, const unsigned char* local);
+    const std::wstring* qualifiedName(const unsigned char* prefix, const unsigned char* local);
     bool appendValue(std::string_view value);
+    bool appendValueWithReferences(std::string_view value);
     bool appendReference(std::string_view reference);
 
     _xmlParserCtxt* context = nullptr;
+    WideNames names; ///< of the parser's names that were met as one of an element or attribute
     TokenBatch batch;
     XmlFault firstFault;
     std::size_t expandedBytes = 0; ///< text that came out of entities
     int depth = 0;
+    bool isFresh = false; ///< begun, and nothing fed yet
     bool malformed = false;
     bool isComplete = false; ///< the parser has seen the end of a whole document
     bool outOfMemory = false;

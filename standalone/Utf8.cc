@@ -2,7 +2,9 @@
 
 #include "host/LocaleText.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace standalone {
 
@@ -45,6 +47,74 @@ std::optional<std::wstring> wideFromUtf8(std::string_view text)
         wide.push_back(static_cast<wchar_t>(code));
     }
     return wide;
+}
+
+namespace {
+
+bool isAscii(char byte)
+{
+    return static_cast<unsigned char>(byte) < 0x80;
+}
+
+/// Nearly all of nearly all texts is ASCII, so that it is taken this many bytes in a step, the last step over again
+/// what the one before has done.
+constexpr std::size_t kStep = sizeof(std::uint64_t);
+
+/// Whether kStep bytes are ASCII.
+bool isAsciiStep(const char* utf8)
+{
+    std::uint64_t together = 0;
+    std::memcpy(&together, utf8, kStep);
+    return (together & 0x8080808080808080) == 0;
+}
+
+/// Widens kStep bytes; false when there is more than ASCII among them.
+bool widenStep(wchar_t* wide, const char* utf8)
+{
+    unsigned char bytes[kStep]; // the compiler need not fear that `wide` overlaps it
+    std::memcpy(bytes, utf8, kStep);
+    for (std::size_t i = 0; i < kStep; ++i) {
+        wide[i] = static_cast<wchar_t>(bytes[i]);
+    }
+    return isAsciiStep(utf8);
+}
+
+/// Widens the ASCII that `utf8` begins with into `wide` and returns how much that was.
+std::size_t widenAscii(wchar_t* wide, std::string_view utf8)
+{
+    std::size_t at = 0;
+    if (utf8.size() >= kStep) {
+        const std::size_t last = utf8.size() - kStep;
+        while (at < last && widenStep(wide + at, utf8.data() + at)) {
+            at += kStep;
+        }
+        if (at >= last && widenStep(wide + last, utf8.data() + last)) {
+            return utf8.size();
+        }
+        at = std::min(at, last);
+    }
+    while (at < utf8.size() && isAscii(utf8[at])) {
+        wide[at] = static_cast<wchar_t>(utf8[at]);
+        ++at;
+    }
+    return at;
+}
+
+} // namespace
+
+void widenUtf8(std::string_view text, std::wstring& wide)
+{
+    wide.resize(text.size());
+    std::size_t units = widenAscii(wide.data(), text);
+    if (units == text.size()) {
+        return;
+    }
+    for (std::size_t at = units; at < text.size();) {
+        const char32_t code = nextCodePoint(text, at);
+        at += code == kNotUtf8 ? 1 : 0;
+        wide[units++] = static_cast<wchar_t>(code == kNotUtf8 ? 0xFFFD : code);
+    }
+    wide.resize(units);
 }
 
 namespace {

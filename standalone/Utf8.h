@@ -17,6 +17,9 @@ char32_t nextCodePoint(std::string_view text, std::size_t& at) noexcept;
 /// `text` widened, or nothing when it is not UTF-8. Independent of the locale.
 std::optional<std::wstring> wideFromUtf8(std::string_view text);
 
+/// Sets `wide` to `text` widened; a byte that is no UTF-8 becomes U+FFFD. Independent of the locale.
+void widenUtf8(std::string_view text, std::wstring& wide);
+
 /// `text` for a report line: valid UTF-8 without control characters. A byte that the locale could not decode takes
 /// its place again; what is no UTF-8 then, and every control character, shows as "\xNN".
 std::string displayable(std::wstring_view text);

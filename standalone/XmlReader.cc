@@ -21,6 +21,9 @@ namespace {
 constexpr std::uint64_t kLargestWhole = std::uint64_t{256} * 1024;
 constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
+/// Who asks for the name of one token asks for others, into the same buffer.
+constexpr std::size_t kUsualName = 31;
+
 /// What reading takes beside the reader itself; a reader has it while it is at work.
 struct Parser
 {
@@ -89,7 +92,8 @@ public:
     void tokenName(CStdStr<wchar_t>& name) override
     {
         if (isOnToken()) {
-            tokens().name(current, name);
+            name.reserve(kUsualName);
+            name = tokens().name(current);
         } else {
             name.clear();
         }
