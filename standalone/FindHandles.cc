@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cwchar>
 #include <iterator>
-#include <utility>
 
 namespace standalone {
 
@@ -13,6 +12,8 @@ namespace {
 constexpr std::size_t kAlwaysKept = 8;
 constexpr std::size_t kMostKept = 32;
 constexpr std::size_t kMostBytes = std::size_t{4} << 20;
+/// Of the listing whose memory waits for the next one.
+constexpr std::size_t kMostUnused = std::size_t{16} * 1024;
 
 /// Fills `data`; false when the name does not fit.
 bool fill(WIN32_FIND_DATAW& data, std::wstring_view name, bool isFolder)
@@ -33,15 +34,20 @@ bool fill(WIN32_FIND_DATAW& data, std::wstring_view name, bool isFolder)
 
 FindHandle FindHandles::begin(const char* path, int& error)
 {
-    Listing listing;
+    if (dropped.empty()) {
+        dropped.emplace_front();
+    }
+    Listing& listing = dropped.front();
     error = listing.folder.read(path);
     if (error != 0) {
         return invalidFindHandle();
     }
     listing.handle = reinterpret_cast<FindHandle>(++handlesGiven); // NOLINT(performance-no-int-to-ptr): a number
-    listings.push_front(std::move(listing));
+    listing.at = 0;
+    keptBytes += listing.folder.bytes();
+    listings.splice(listings.begin(), dropped);
     dropOldest();
-    return listings.front().handle;
+    return listing.handle;
 }
 
 bool FindHandles::next(FindHandle handle, WIN32_FIND_DATAW& data)
@@ -58,23 +64,25 @@ bool FindHandles::next(FindHandle handle, WIN32_FIND_DATAW& data)
             return true;
         }
     }
-    listings.erase(found);
+    drop(found);
     return false;
-}
-
-std::size_t FindHandles::bytes() const noexcept
-{
-    std::size_t sum = 0;
-    for (const Listing& listing : listings) {
-        sum += listing.folder.bytes();
-    }
-    return sum;
 }
 
 void FindHandles::dropOldest()
 {
     while (listings.size() > kMostKept || (listings.size() > kAlwaysKept && bytes() > kMostBytes)) {
-        listings.pop_back();
+        drop(std::prev(listings.end()));
+    }
+}
+
+void FindHandles::drop(Place listing)
+{
+    keptBytes -= listing->folder.bytes();
+    dropped.clear();
+    if (listing->folder.bytes() <= kMostUnused) {
+        dropped.splice(dropped.begin(), listings, listing);
+    } else {
+        listings.erase(listing);
     }
 }
 

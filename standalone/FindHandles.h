@@ -24,7 +24,7 @@ public:
 
     /// How many listings are kept, and the memory that they take.
     std::size_t count() const noexcept { return listings.size(); }
-    std::size_t bytes() const noexcept;
+    std::size_t bytes() const noexcept { return keptBytes; }
 
 private:
     struct Listing
@@ -34,9 +34,14 @@ private:
         std::size_t at = 0; ///< the next entry
     };
 
+    using Place = std::list<Listing>::iterator;
+
     void dropOldest();
+    void drop(Place listing);
 
     std::list<Listing> listings; ///< the one used last in front
+    std::list<Listing> dropped;  ///< one at most, for its memory: the next listing takes it
+    std::size_t keptBytes = 0;   ///< of the listings
     std::uintptr_t handlesGiven = 0;
 };
 

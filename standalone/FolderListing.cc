@@ -22,14 +22,6 @@ constexpr std::size_t kBlock = std::size_t{64} * 1024;
 constexpr std::size_t kUsualEntries = 8;
 constexpr std::size_t kUsualName = 16;
 
-bool precedes(std::wstring_view one, std::wstring_view other)
-{
-    // Unsigned on every machine.
-    return std::lexicographical_compare(
-        one.begin(), one.end(), other.begin(), other.end(),
-        [](wchar_t left, wchar_t right) { return static_cast<char32_t>(left) < static_cast<char32_t>(right); });
-}
-
 } // namespace
 
 int FolderListing::read(const char* path)
@@ -52,8 +44,9 @@ int FolderListing::read(const char* path)
         entries.clear();
         return error;
     }
+    // No code unit of a name is beyond the code points, so that machines with signed and unsigned units order alike.
     std::sort(entries.begin(), entries.end(),
-              [this](const Entry& one, const Entry& other) { return precedes(nameOf(one), nameOf(other)); });
+              [this](const Entry& one, const Entry& other) { return nameOf(one) < nameOf(other); });
     return 0;
 }
 
