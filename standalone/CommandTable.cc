@@ -25,8 +25,19 @@ CommandRegistry::CommandRegistry(Journal& events) : journal(events) {}
 
 void CommandRegistry::announce(std::wstring name, int kind)
 {
-    announced[name] = kind;
+    if (const auto known = announced.find(name); known != announced.end()) {
+        known->second = kind;
+    } else {
+        announced.emplace(keepAnnounced(name), kind);
+    }
     journal.add(CommandAnnounced{std::move(name), kind});
+}
+
+std::wstring_view CommandRegistry::keepAnnounced(std::wstring_view name)
+{
+    wchar_t* const kept = std::pmr::polymorphic_allocator<wchar_t>(&announcedMemory).allocate(name.size());
+    name.copy(kept, name.size());
+    return {kept, name.size()};
 }
 
 std::optional<int> CommandRegistry::announcedKind(const std::wstring& name) const

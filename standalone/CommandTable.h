@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <map>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -84,10 +85,13 @@ private:
         std::string module;
     };
 
+    std::wstring_view keepAnnounced(std::wstring_view name);
     bool add(std::string_view name, std::function<std::string()> function, bool mayReplaceItsOwn);
 
     Journal& journal;
-    std::unordered_map<std::wstring, int> announced;
+    // Nothing is taken back of what was announced: its names and nodes lie packed in a few blocks.
+    std::pmr::monotonic_buffer_resource announcedMemory;
+    std::pmr::unordered_map<std::wstring_view, int> announced{&announcedMemory};
     std::map<std::wstring, Command> registered;
     std::vector<Registration*> registering; ///< innermost last
 };
