@@ -50,6 +50,9 @@ constexpr AttributeField<KestCommand> kCommandFields[] = {
     {BundleStrConst::command_Local, &KestCommand::localName},
 };
 
+/// Groups have a few commands; growing to this many would move the first ones twice.
+constexpr std::size_t kUsualCommands = 4;
+
 template <typename Record, std::size_t Count>
 void readFields(XmlFilerReader& reader, const AttributeField<Record> (&fields)[Count], Record& record)
 {
@@ -148,7 +151,11 @@ void KestBundle::readXmlAttributeEntry(KestComponentEntry& entry)
 
 void KestBundle::readXmlAttributeCommand(KestCommands& group)
 {
-    if (xmlReader) {
-        readFields(*xmlReader, kCommandFields, group.commands.emplace_back());
+    if (!xmlReader) {
+        return;
     }
+    if (group.commands.empty()) {
+        group.commands.reserve(kUsualCommands);
+    }
+    readFields(*xmlReader, kCommandFields, group.commands.emplace_back());
 }
