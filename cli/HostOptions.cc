@@ -32,12 +32,14 @@ void setHome(const HostOptions& options)
 
 } // namespace
 
-void addTextOption(CLI::App& subcommand, const std::string& name, std::string& target, const std::string& form,
-                   const std::string& help)
+CLI::Option* addTextOption(CLI::App& subcommand, const std::string& name, std::string& target, const std::string& form,
+                           const std::string& help)
 {
-    subcommand.add_option(name, target, help)->type_name(form)->take_last()->check([name](const std::string& given) {
-        return given.empty() ? name + " must not be empty" : std::string();
-    });
+    return subcommand.add_option(name, target, help)
+        ->type_name(form)
+        ->take_last()
+        ->check(
+            [name](const std::string& given) { return given.empty() ? name + " must not be empty" : std::string(); });
 }
 
 void addHostOptions(CLI::App& subcommand, HostOptions& options)

@@ -7,7 +7,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+} // namespace CLI
 
 namespace cli {
 
@@ -25,8 +26,8 @@ struct HostOptions
 void addHostOptions(CLI::App& subcommand, HostOptions& options);
 
 /// Adds an option with one value of the form `form`, which must not be empty; the last one given counts.
-void addTextOption(CLI::App& subcommand, const std::string& name, std::string& target, const std::string& form,
-                   const std::string& help);
+CLI::Option* addTextOption(CLI::App& subcommand, const std::string& name, std::string& target, const std::string& form,
+                           const std::string& help);
 
 /// Sets HOME to the folder asked for and returns the settings of that host. Throws WrongUse when a folder is missing.
 standalone::HostSettings settingsFrom(const HostOptions& options);

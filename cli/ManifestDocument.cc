@@ -1,5 +1,6 @@
 #include "cli/ManifestDocument.h"
 
+#include "cli/Shown.h"
 #include "standalone/WholeFile.h"
 #include "standalone/XmlEncoding.h"
 
@@ -38,7 +39,7 @@ private:
     void begin(const standalone::TokenBatch& tokens, std::size_t token)
     {
         ManifestElement element;
-        tokens.name(token, element.name);
+        element.name = tokens.name(token);
         element.parent = open.empty() ? ManifestElement::kNone : open.back();
         const bool isKnown = positions.step(written);
         element.position = isKnown ? written.tag.position : TextPosition{};

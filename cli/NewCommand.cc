@@ -177,9 +177,10 @@ void addNewCommand(CLI::App& app, Action& chosen)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->allow_extra_args(false)
         ->check(oneOf(bundleKindNames()));
-    addTextOption(*command, "--folder", options->folder, "DIR", "Make it in DIR (default: the current folder)");
+    CLI::Option* folder =
+        addTextOption(*command, "--folder", options->folder, "DIR", "Make it in DIR (default: the current folder)");
     command->add_flag("--install", options->install, "Make it among your own bundles, where hosts find it")
-        ->excludes("--folder");
+        ->excludes(folder); // by its name it would be looked up in a function that cannot bear lack of memory
     addTextOption(*command, "--home", options->home, "DIR", "Use DIR as the home folder (default: HOME)");
     addTextOption(*command, "--upgrade-code", options->upgradeCode, "TEXT", "Its identity (default: a new GUID)");
     command->add_flag("--requirements", options->requirements, "Ask for a host like that of this machine");

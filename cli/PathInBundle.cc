@@ -60,7 +60,8 @@ std::wstring pathOnDisk(const std::wstring& folder, const std::wstring& path)
     for (std::size_t begin = folder.size() + 1; begin < path.size();) {
         const std::size_t end = std::min(path.find(L'/', begin), path.size());
         std::wstring name = path.substr(begin, end - begin);
-        if (!name.empty() && !isThere(real + L"/" + name)) {
+        std::wstring place = real;
+        if (!name.empty() && !isThere(place.append(L"/").append(name))) {
             name = similarEntry(real, name);
             if (name.empty()) {
                 return L"";

@@ -154,8 +154,6 @@ void KestBundle::readXmlAttributeCommand(KestCommands& group)
     if (!xmlReader) {
         return;
     }
-    if (group.commands.empty()) {
-        group.commands.reserve(kUsualCommands);
-    }
+    group.commands.reserve(kUsualCommands);
     readFields(*xmlReader, kCommandFields, group.commands.emplace_back());
 }

@@ -69,9 +69,11 @@ private:
         if (lowest[node] != order[node]) {
             return;
         }
-        const auto first = std::find(open.rbegin(), open.rend(), node).base() - 1;
-        std::vector<std::size_t> component(first, open.end());
-        open.erase(first, open.end());
+        std::vector<std::size_t> component;
+        do {
+            component.push_back(open.back());
+            open.pop_back();
+        } while (component.back() != node);
         for (const std::size_t member : component) {
             order[member] = kClosed;
         }

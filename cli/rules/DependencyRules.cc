@@ -59,6 +59,12 @@ std::string causeAt(const BundleInput& input, const std::vector<const ExaminedBu
                 : ", which no bundle here has");
 }
 
+/// The state of `bundle` behind a colon, when there is one.
+std::string stateText(const ExaminedBundle* bundle)
+{
+    return bundle != nullptr ? std::string(": ") + nameOf(bundle->state) : "";
+}
+
 Finding standingFinding(const BundleInput& input, const KestDependentBundle& dependency, const Place& place,
                         const DependencyStanding& standing)
 {
@@ -73,8 +79,8 @@ Finding standingFinding(const BundleInput& input, const KestDependentBundle& dep
     switch (standing.standing) {
     case Standing::kDropped:
         return finding(kDroppedDependency,
-                       "The bundle depends on " + code + ", which is " + other +
-                           ", and that was dropped: " + nameOf(standing.bundle->state) + ".",
+                       "The bundle depends on " + code + ", which is " + other + ", and that was dropped" +
+                           stateText(standing.bundle) + ".",
                        "Mend " + other + " first.");
     case Standing::kItself:
         return finding(kSelfDependency, "The bundle depends on itself, so it waits for ever.",
