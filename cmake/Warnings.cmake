@@ -10,7 +10,7 @@ target_compile_options(kest_warnings INTERFACE
     # Declarations and the preprocessor
     -Wshadow -Wmissing-declarations -Wredundant-decls -Wextra-semi -Wundef -Wunused-macros -Wdate-time
     # What runs
-    -Wimplicit-fallthrough -Wswitch-enum -Wformat=2 -Wnull-dereference -Walloca -Wvla)
+    -Wimplicit-fallthrough -Wswitch-enum -Wformat=2 -Walloca -Wvla)
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(kest_warnings INTERFACE
@@ -18,6 +18,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         -Wredundant-tags -Wctor-dtor-privacy -Wdeprecated-copy-dtor -Wcomma-subscript -Wvolatile
         -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wunused-const-variable=2
         -Wformat-signedness -Wformat-overflow=2 -Wformat-truncation=2 -Wshift-overflow=2
+        # Not -Wnull-dereference: optimising, GCC 12 finds it in the standard library's own vectors and streams. Clang's
+        # analyzer follows null pointers in clang-tidy.
         # GCC 12 takes the inlined concatenation of strings for an overlapping copy.
         -Wno-restrict)
 else()

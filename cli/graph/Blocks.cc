@@ -33,7 +33,7 @@ Blocks blocksOf(const BundleGraph& graph, const std::vector<Size>& sizes)
         successors[edge.from].push_back(edge.to);
     }
     Blocks blocks;
-    blocks.blockOf.resize(graph.nodes.size());
+    blocks.blockOf = std::vector<std::size_t>(graph.nodes.size());
     for (std::vector<std::size_t>& component : connectedComponents(successors)) {
         for (const std::size_t node : component) {
             blocks.blockOf[node] = blocks.all.size();
