@@ -27,7 +27,8 @@ protected:
 
 bool isControl(char one)
 {
-    return (one >= 0 && one < ' ' && one != '\n') || one == 0x7F;
+    const auto byte = static_cast<unsigned char>(one);
+    return (byte < ' ' && one != '\n') || byte == 0x7F;
 }
 
 std::string repeated(const std::string& text, int count)
