@@ -92,7 +92,7 @@ protected:
             output.append(piece.data(), length);
         }
         ::pclose(pipe);
-        return replaced(output, path("work"), "/work");
+        return replaced(output, path("work"), "/home/you");
     }
 };
 
