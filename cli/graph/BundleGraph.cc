@@ -87,26 +87,41 @@ void findCycles(BundleGraph& graph)
 
 } // namespace
 
-Standing standingOf(const GraphNode& node)
+NodeStanding standingOf(const GraphNode& node)
 {
     if (node.isMissing()) {
-        return Standing::kMissing;
+        return NodeStanding::kMissing;
     }
     switch (node.bundle->state) {
     case BundleState::kLoaded:
     case BundleState::kMenusOnly:
-        return Standing::kFine;
+        return NodeStanding::kFine;
     case BundleState::kKept:
     case BundleState::kLoadedWithFailures:
     case BundleState::kWaiting:
-        return Standing::kDoubtful;
+        return NodeStanding::kDoubtful;
     case BundleState::kNotABundle:
     case BundleState::kUnreadable:
     case BundleState::kMalformed:
     case BundleState::kRequirementNotMet:
         break;
     }
-    return Standing::kBroken;
+    return NodeStanding::kBroken;
+}
+
+const char* classOf(NodeStanding standing)
+{
+    switch (standing) {
+    case NodeStanding::kFine:
+        return "fine";
+    case NodeStanding::kDoubtful:
+        return "doubtful";
+    case NodeStanding::kBroken:
+        return "broken";
+    case NodeStanding::kMissing:
+        break;
+    }
+    return "missing";
 }
 
 BundleGraph bundleGraph(const Examination& examination)

@@ -61,14 +61,17 @@ struct BundleGraph
 };
 
 /// How grave a node is, for all pictures alike.
-enum class Standing
+enum class NodeStanding
 {
     kFine,
     kDoubtful, ///< kept, and not or not wholly loaded
     kBroken,   ///< dropped or unreadable
     kMissing,
 };
-Standing standingOf(const GraphNode& node);
+NodeStanding standingOf(const GraphNode& node);
+
+/// The name of the style in which a node of this standing is drawn.
+const char* classOf(NodeStanding standing);
 
 /// The graph of `examination`, which must outlive it.
 BundleGraph bundleGraph(const Examination& examination);

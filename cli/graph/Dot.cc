@@ -19,16 +19,16 @@ std::string labelled(const std::string& text)
     return label;
 }
 
-const char* styleOf(Standing standing)
+const char* styleOf(NodeStanding standing)
 {
     switch (standing) {
-    case Standing::kFine:
+    case NodeStanding::kFine:
         return R"(shape=box, style="rounded,filled", fillcolor="#eaf6ec", color="#1a7f37")";
-    case Standing::kDoubtful:
+    case NodeStanding::kDoubtful:
         return R"(shape=box, style="filled", fillcolor="#fff8e1", color="#7d4e00")";
-    case Standing::kBroken:
+    case NodeStanding::kBroken:
         return R"(shape=octagon, style="filled", fillcolor="#fdecec", color="#b3261e")";
-    case Standing::kMissing:
+    case NodeStanding::kMissing:
         break;
     }
     return R"(shape=ellipse, style="dashed", color="#57606a")";

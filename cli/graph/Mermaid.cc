@@ -27,21 +27,6 @@ std::string labelled(const std::string& text)
     return label;
 }
 
-const char* classOf(Standing standing)
-{
-    switch (standing) {
-    case Standing::kFine:
-        return "fine";
-    case Standing::kDoubtful:
-        return "doubtful";
-    case Standing::kBroken:
-        return "broken";
-    case Standing::kMissing:
-        break;
-    }
-    return "missing";
-}
-
 std::string nodeLine(const GraphNode& node, std::size_t id, const PictureOptions& options)
 {
     std::string label = labelled(node.title);
@@ -52,10 +37,10 @@ std::string nodeLine(const GraphNode& node, std::size_t id, const PictureOptions
     for (const std::string& line : contentLines(node, options)) {
         label += "<br/>" + labelled(line);
     }
-    const Standing standing = standingOf(node);
-    const bool isBroken = standing == Standing::kBroken;
-    const char* const open = isBroken ? "{{\"" : standing == Standing::kMissing ? "([\"" : "[\"";
-    const char* const close = isBroken ? "\"}}" : standing == Standing::kMissing ? "\"])" : "\"]";
+    const NodeStanding standing = standingOf(node);
+    const bool isBroken = standing == NodeStanding::kBroken;
+    const char* const open = isBroken ? "{{\"" : standing == NodeStanding::kMissing ? "([\"" : "[\"";
+    const char* const close = isBroken ? "\"}}" : standing == NodeStanding::kMissing ? "\"])" : "\"]";
     return "    n" + std::to_string(id) + open + label + close + ":::" + classOf(standing) + "\n";
 }
 

@@ -173,8 +173,9 @@ private:
             x += textWidth(words, 11) + 18;
         };
         for (const auto& [standing, words] :
-             {std::pair(Standing::kFine, "loaded"), std::pair(Standing::kDoubtful, "not, or not wholly loaded"),
-              std::pair(Standing::kBroken, "dropped or unreadable"), std::pair(Standing::kMissing, "missing")}) {
+             {std::pair(NodeStanding::kFine, "loaded"), std::pair(NodeStanding::kDoubtful, "not, or not wholly loaded"),
+              std::pair(NodeStanding::kBroken, "dropped or unreadable"),
+              std::pair(NodeStanding::kMissing, "missing")}) {
             text += standingSign(standing, {x, y - 11});
             x += 20;
             say(words);

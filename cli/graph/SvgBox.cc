@@ -18,21 +18,6 @@ constexpr int kTitleHeight = 20;
 constexpr int kLineHeight = 15;
 constexpr std::size_t kMostContent = 12;
 
-const char* classOf(Standing standing)
-{
-    switch (standing) {
-    case Standing::kFine:
-        return "fine";
-    case Standing::kDoubtful:
-        return "doubtful";
-    case Standing::kBroken:
-        return "broken";
-    case Standing::kMissing:
-        break;
-    }
-    return "missing";
-}
-
 std::string textElement(const char* style, Point at, const std::string& text)
 {
     return "<text class=\"" + std::string(style) + "\" x=\"" + std::to_string(at.x) + "\" y=\"" + std::to_string(at.y) +
@@ -68,8 +53,8 @@ SvgBox svgBox(const GraphNode& node, const PictureOptions& options)
 
 std::string drawn(const SvgBox& box, const GraphNode& node, Point corner)
 {
-    const Standing standing = standingOf(node);
-    const bool isRound = standing == Standing::kFine || standing == Standing::kMissing;
+    const NodeStanding standing = standingOf(node);
+    const bool isRound = standing == NodeStanding::kFine || standing == NodeStanding::kMissing;
     std::string text = "<g>\n<title>" + xmlText(node.title + ": " + node.state()) + "</title>\n";
     text += "<rect class=\"box " + std::string(classOf(standing)) + "\" x=\"" + std::to_string(corner.x) + "\" y=\"" +
             std::to_string(corner.y) + "\" width=\"" + std::to_string(box.size.width) + "\" height=\"" +
@@ -84,18 +69,18 @@ std::string drawn(const SvgBox& box, const GraphNode& node, Point corner)
     return text + "</g>\n";
 }
 
-std::string standingSign(Standing standing, Point corner)
+std::string standingSign(NodeStanding standing, Point corner)
 {
     const std::string place = "<path class=\"sign\" transform=\"translate(" + std::to_string(corner.x) + " " +
                               std::to_string(corner.y) + ")\" ";
     switch (standing) {
-    case Standing::kFine: // a tick
+    case NodeStanding::kFine: // a tick
         return place + "stroke=\"#1a7f37\" d=\"M2 8l4 4l7-9\"/>\n";
-    case Standing::kDoubtful: // a triangle with an exclamation mark
+    case NodeStanding::kDoubtful: // a triangle with an exclamation mark
         return place + "stroke=\"#7d4e00\" d=\"M7 1l6.5 12h-13zM7 5v4M7 11v.6\"/>\n";
-    case Standing::kBroken: // a cross
+    case NodeStanding::kBroken: // a cross
         return place + "stroke=\"#b3261e\" d=\"M2.5 2.5l9 9M11.5 2.5l-9 9\"/>\n";
-    case Standing::kMissing: // a question mark
+    case NodeStanding::kMissing: // a question mark
         break;
     }
     return place + "stroke=\"#57606a\" d=\"M4 4.5a3 3 0 1 1 4.5 2.6q-1.5 1-1.5 2.4M7 12.4v.6\"/>\n";

@@ -23,7 +23,7 @@ SvgBox svgBox(const GraphNode& node, const PictureOptions& options);
 std::string drawn(const SvgBox& box, const GraphNode& node, Point corner);
 
 /// The sign of a standing, 14 pixels high and wide. Signs differ in form, not only in colour.
-std::string standingSign(Standing standing, Point corner);
+std::string standingSign(NodeStanding standing, Point corner);
 
 /// `text` as the text of an element or an attribute.
 std::string xmlText(const std::string& text);

@@ -21,15 +21,15 @@ struct Strokes
 constexpr Strokes kLines = {"├─ ", "└─ ", "│  ", "   ", "· ", " → "};
 constexpr Strokes kAscii = {"|- ", "`- ", "|  ", "   ", "* ", " > "};
 
-const char* colourOf(Standing standing)
+const char* colourOf(NodeStanding standing)
 {
     switch (standing) {
-    case Standing::kFine:
+    case NodeStanding::kFine:
         return "\x1B[32m";
-    case Standing::kDoubtful:
+    case NodeStanding::kDoubtful:
         return "\x1B[33m";
-    case Standing::kBroken:
-    case Standing::kMissing:
+    case NodeStanding::kBroken:
+    case NodeStanding::kMissing:
         break;
     }
     return "\x1B[31m";
