@@ -85,7 +85,11 @@ std::wstring CheckTargets::asGiven(const std::wstring& path) const
         }
         if (path.starts_with(absolute) && (absolute.back() == L'/' || path[absolute.size()] == L'/')) {
             const std::wstring rest = path.substr(absolute.size() + (absolute.back() == L'/' ? 0 : 1));
-            return written == L"." ? rest : written + (written.back() == L'/' ? L"" : L"/") + rest;
+            std::wstring shorter = written == L"." ? L"" : written;
+            if (!shorter.empty() && shorter.back() != L'/') {
+                shorter += L'/';
+            }
+            return shorter + rest;
         }
     }
     return path;

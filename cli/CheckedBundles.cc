@@ -34,7 +34,7 @@ struct Surroundings
 {
     RuleInput all;
     standalone::ModulesInMemory modules;
-    unsigned machine;
+    unsigned machine = 0;
 };
 
 standalone::ModulesInMemory modulesOf(const Examination& examination)

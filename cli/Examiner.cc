@@ -319,8 +319,8 @@ std::string Examiner::problemOf(const KestComponentEntry& entry, const SeenByPat
 
 Examination examineInstalled(standalone::HostSettings settings)
 {
-    Examination examination =
-        Examiner(std::move(settings)).examine([](KestBundleManager& /*manager*/) { excuteCuix(); });
+    Examiner examiner(std::move(settings));
+    Examination examination = examiner.examine([](KestBundleManager& /*manager*/) { excuteCuix(); });
     addRoots(examination);
     return examination;
 }
@@ -329,7 +329,8 @@ Examination examineFolders(standalone::HostSettings settings, const std::vector<
                            OtherBundles others)
 {
     std::vector<std::wstring> none;
-    Examination examination = Examiner(std::move(settings)).examine([&](KestBundleManager& manager) {
+    Examiner examiner(std::move(settings));
+    Examination examination = examiner.examine([&](KestBundleManager& manager) {
         for (const std::wstring& folder : folders) {
             if (manager.fetchXmlPath(folder)) {
                 manager.bundlePaths.emplace_back(folder);

@@ -61,7 +61,7 @@ std::string fittedTo(std::size_t columns, std::string_view text)
         return std::string(text);
     }
     if (columns < kCut.size()) {
-        return std::string(columns, '.');
+        return std::string(kCut.substr(0, columns));
     }
     std::size_t used = kCut.size();
     std::size_t end = 0;

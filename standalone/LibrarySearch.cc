@@ -82,7 +82,7 @@ public:
         std::memcpy(&count, list.data() + kMark.size(), sizeof count);
         for (std::size_t index = 0; index < count && kHeaderSize + (index + 1) * sizeof(Entry) <= list.size();
              ++index) {
-            Entry entry;
+            Entry entry{};
             std::memcpy(&entry, list.data() + kHeaderSize + index * sizeof entry, sizeof entry);
             byName[textAt(list, entry.name)].push_back(textAt(list, entry.path));
         }
@@ -140,11 +140,13 @@ std::string findLibrary(const std::string& name, const RunPath& searched)
         return isRegularFile(name) ? name : "";
     }
     static const SystemLibraries system;
-    static const std::vector<std::string> environment =
-        foldersOf(std::getenv("LD_LIBRARY_PATH") != nullptr ? std::getenv("LD_LIBRARY_PATH") : "", "");
+    static const char* const listed = std::getenv("LD_LIBRARY_PATH");
+    static const std::vector<std::string> environment = foldersOf(listed != nullptr ? listed : "", "");
     for (const auto* folders : {&searched.older, &environment, &searched.own}) {
         for (const std::string& folder : *folders) {
-            if (const std::string path = folder + "/" + name; isTaken(path)) {
+            std::string path = folder;
+            path.append("/").append(name);
+            if (isTaken(path)) {
                 return path;
             }
         }
@@ -155,7 +157,7 @@ std::string findLibrary(const std::string& name, const RunPath& searched)
         }
     }
     for (const char* folder : {"/lib/", "/usr/lib/"}) {
-        if (const std::string path = folder + name; isTaken(path)) {
+        if (std::string path = folder + name; isTaken(path)) {
             return path;
         }
     }

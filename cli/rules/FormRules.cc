@@ -143,17 +143,15 @@ private:
             const Meant<AttributeWord> meant = meantAmong(word.attributes, attribute.name);
             const std::string name = named(attribute.name);
             const std::string right = meant.word != nullptr ? abridged(std::wstring_view(meant.word->name)) : "";
-            const std::string passedOver =
-                "The attribute " + name + " of \"" + abridged(std::wstring_view(word.name)) + "\" is ";
+            std::string what = "The attribute " + name + " of \"" + abridged(std::wstring_view(word.name)) + "\" is ";
             if (meant.isLetterCase) {
-                add(kNameLetterCase, index, attribute.name,
-                    passedOver + "passed over: letter case counts, and it is called \"" + right + "\".",
-                    "Write \"" + right + "\".");
+                what.append("passed over: letter case counts, and it is called \"").append(right).append("\".");
+                add(kNameLetterCase, index, attribute.name, what, "Write \"" + right + "\".");
             } else if (meant.word != nullptr) {
-                add(kMisspeltAttribute, index, attribute.name, passedOver + "not known, and is passed over.",
+                add(kMisspeltAttribute, index, attribute.name, what + "not known, and is passed over.",
                     "Did you mean \"" + right + "\"?");
             } else {
-                add(kUnknownAttribute, index, attribute.name, passedOver + "not known, and is passed over.",
+                add(kUnknownAttribute, index, attribute.name, what + "not known, and is passed over.",
                     "Leave it if it is meant for another program.");
             }
         }

@@ -25,7 +25,7 @@ std::string abridged(std::wstring_view text)
 
 std::string abridged(const std::string& utf8)
 {
-    const std::string text = shownLine(utf8);
+    std::string text = shownLine(utf8);
     if (text.size() <= 4 * kLongest) {
         return text;
     }

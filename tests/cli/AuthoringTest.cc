@@ -98,7 +98,7 @@ protected:
 
 TEST_F(AuthoringTest, WhatThePageShowsIsWhatComesOfItsCommands)
 {
-    if (!KEST_HAS_LISP || !KEST_HAS_MANAGED || commandThatStarts("tool").size() > 1) {
+    if (KEST_HAS_LISP + KEST_HAS_MANAGED < 2 || commandThatStarts("tool").size() > 1) {
         GTEST_SKIP() << "not all engines are built, or the tool is for another machine than the compilers";
     }
     installEngines();

@@ -36,7 +36,7 @@ const std::string kModules = KEST_TEST_MODULES;
 const std::string kEngines = KEST_TEST_ENGINES;
 
 /// Whether `library` stands for the program itself.
-bool isTheProgram(void* library)
+bool isTheProgram(const void* library)
 {
     void* const program = ::dlopen(nullptr, RTLD_LAZY);
     ::dlclose(program);
