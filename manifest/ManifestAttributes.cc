@@ -53,10 +53,25 @@ constexpr AttributeField<KestCommand> kCommandFields[] = {
 /// Groups have a few commands; growing to this many would move the first ones twice.
 constexpr std::size_t kUsualCommands = 4;
 
+/// Longer values are no reason to keep so much memory.
+constexpr std::size_t kMostKeptUnits = 4096;
+
+/// The value buffer of the element whose attributes are read now, empty at first. It keeps its memory from element to
+/// element: everything runs on one thread, and nothing of one element is asked for amid another.
+CStdStr<wchar_t>& emptyValue()
+{
+    static CStdStr<wchar_t> value;
+    value.clear();
+    if (value.capacity() > kMostKeptUnits) {
+        value.shrink_to_fit();
+    }
+    return value;
+}
+
 template <typename Record, std::size_t Count>
 void readFields(XmlFilerReader& reader, const AttributeField<Record> (&fields)[Count], Record& record)
 {
-    CStdStr<wchar_t> value;
+    CStdStr<wchar_t>& value = emptyValue();
     for (const AttributeField<Record>& field : fields) {
         reader.attribute(field.attribute, value);
         record.*field.field = value;
@@ -102,7 +117,7 @@ void KestBundle::readXmlAttributeDep()
     if (!xmlReader) {
         return;
     }
-    CStdStr<wchar_t> value;
+    CStdStr<wchar_t>& value = emptyValue();
     xmlReader->attribute(BundleStrConst::dep_UpgradeCode, value);
     if (value.empty()) {
         return; // a dependency on nobody
@@ -121,7 +136,7 @@ void KestBundle::readXmlAttributeEntry(KestComponentEntry& entry)
     if (!xmlReader) {
         return;
     }
-    CStdStr<wchar_t> value;
+    CStdStr<wchar_t>& value = emptyValue();
     xmlReader->attribute(BundleStrConst::entry_ModuleName, value);
     if (value.empty()) {
         return; // meant: an entry without a module is kept with nothing in it

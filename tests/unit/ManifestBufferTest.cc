@@ -154,6 +154,38 @@ TEST_F(ManifestBufferTest, EachElementStartsWithAnEmptyBuffer)
     EXPECT_EQ(recordtext::of(bundle), Lines{"package product=[P]"});
 }
 
+/// Notes the room of the buffer at each attribute, then makes it `wanted`.
+class RoomReader : public BufferReader
+{
+public:
+    RoomReader(std::size_t wantedRoom, std::vector<std::size_t>& roomsFound, Lines& lines)
+        : BufferReader({}, lines), wanted(wantedRoom), rooms(roomsFound)
+    {
+    }
+    void attribute(const CStdStr<wchar_t>& /*name*/, CStdStr<wchar_t>& value) override
+    {
+        rooms.push_back(value.capacity());
+        value.reserve(wanted);
+    }
+
+private:
+    std::size_t wanted;
+    std::vector<std::size_t>& rooms;
+};
+
+TEST_F(ManifestBufferTest, TheNextElementFindsTheRoomOfTheBufferUnlessItIsMuch)
+{
+    std::vector<std::size_t> rooms;
+    for (const std::size_t wanted : {4097U, 4096U, 0U, 0U}) {
+        KestCommands group;
+        bundle.xmlReader = std::make_unique<RoomReader>(wanted, rooms, found);
+        bundle.readXmlAttributeCommand(group);
+    }
+    const std::size_t own = std::wstring().capacity();
+    EXPECT_EQ(std::vector<std::size_t>(rooms.begin() + 1, rooms.end()),
+              (std::vector<std::size_t>{4097, own, 4096, 4096, 4096, 4096, 4096}));
+}
+
 TEST_F(ManifestBufferTest, AMissingAppNameReadsLikeTheModuleNameWithoutItsDot)
 {
     EXPECT_EQ(readEntry({{L"ModuleName", L"./a.krx"}, {L"LoadCtrlFlag", L"1"}, {L"PythonVersion", L"3"}}),
