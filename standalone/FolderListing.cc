@@ -22,6 +22,18 @@ constexpr std::size_t kBlock = std::size_t{64} * 1024;
 constexpr std::size_t kUsualEntries = 8;
 constexpr std::size_t kUsualName = 16;
 
+/// Appends `name` widened; one that is ASCII, as nearly all are, without a text of its own in between.
+void appendWidened(std::wstring& names, std::string_view name)
+{
+    if (!localetext::isAscii(name)) {
+        names += localetext::widen(name);
+        return;
+    }
+    const std::size_t begin = names.size();
+    names.resize(begin + name.size());
+    std::copy(name.begin(), name.end(), names.begin() + static_cast<std::ptrdiff_t>(begin));
+}
+
 } // namespace
 
 int FolderListing::read(const char* path)
@@ -80,9 +92,9 @@ void FolderListing::add(int folder, const char* name, unsigned char type)
         isFolder = ::fstatat(folder, name, &status, 0) == 0 ? S_ISDIR(status.st_mode)
                                                             : errno != ENOENT && errno != ENOTDIR && errno != ELOOP;
     }
-    const std::wstring wide = localetext::widen(name);
-    entries.push_back({names.size(), static_cast<std::uint32_t>(wide.size()), isFolder});
-    names += wide;
+    const std::size_t nameBegin = names.size();
+    appendWidened(names, name);
+    entries.push_back({nameBegin, static_cast<std::uint32_t>(names.size() - nameBegin), isFolder});
 }
 
 } // namespace standalone
