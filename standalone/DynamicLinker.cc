@@ -78,10 +78,11 @@ bool ModuleLinker::loadModule(const wchar_t* path, bool /*printit*/, bool /*asCo
     const LoadTimer timer(host);
     const std::string file = localetext::narrow(path);
     const std::string problem = host.rehearsal() == nullptr ? load(file) : rehearse(file);
-    auto& noted = std::get<ModuleLoad>(host.journal().at(entry));
-    noted.loaded = problem.empty();
-    noted.problem = problem;
-    noted.milliseconds = timer.milliseconds();
+    if (auto* const noted = host.journal().amend<ModuleLoad>(entry)) {
+        noted->loaded = problem.empty();
+        noted->problem = problem;
+        noted->milliseconds = timer.milliseconds();
+    }
     if (!problem.empty()) {
         host.print(displayable(std::wstring_view(path)) + ": could not be loaded: " + problem + "\n");
     }
@@ -154,8 +155,8 @@ std::string ModuleLinker::runEntry(const std::string& path, void* module)
 void ModuleLinker::noteLoadType(const wchar_t* path, int type)
 {
     Journal& journal = host.journal();
-    for (std::size_t index = journal.entries().size(); index-- > 0;) {
-        if (auto* noted = std::get_if<ModuleLoad>(&journal.at(index)); noted != nullptr && noted->path == path) {
+    for (std::size_t index = journal.size(); index-- > 0;) {
+        if (auto* noted = journal.amend<ModuleLoad>(index); noted != nullptr && noted->path == path) {
             noted->loadType = type;
             return;
         }

@@ -54,10 +54,11 @@ void EngineServices::endComponent(const std::string& problem) noexcept
         return;
     }
     Loading& ended = loading.back();
-    auto& noted = std::get<ScriptLoad>(host.journal().at(ended.entry));
-    noted.loaded = problem.empty();
-    noted.problem = problem;
-    noted.milliseconds = ended.timer.milliseconds();
+    if (auto* const noted = host.journal().amend<ScriptLoad>(ended.entry)) {
+        noted->loaded = problem.empty();
+        noted->problem = problem;
+        noted->milliseconds = ended.timer.milliseconds();
+    }
     if (!problem.empty()) {
         ended.registration.takeBack();
     }

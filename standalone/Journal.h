@@ -1,7 +1,13 @@
 // What happened in the stand-alone host during one run, in order, for reports and tests.
 #pragma once
 
+#include "standalone/PackedTexts.h"
+
+#include <algorithm>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -102,7 +108,8 @@ struct HostNotice
 using JournalEntry = std::variant<ManifestRead, ModuleLoad, ScriptLoad, EngineOpen, EngineStart, ExpressionQueued,
                                   CommandAnnounced, CommandRegistered, MenuConversion, ConfigurationWrite, HostNotice>;
 
-/// The entries of one run in the order in which they happened.
+/// The entries of one run in the order in which they happened. What every bundle brings is kept packed, and unpacked
+/// for who asks.
 class Journal
 {
 public:
@@ -110,29 +117,80 @@ public:
     template <typename Entry>
     std::size_t add(Entry entry)
     {
-        all.emplace_back(std::move(entry));
+        all.emplace_back(std::make_unique<JournalEntry>(std::move(entry)));
         return all.size() - 1;
     }
 
-    JournalEntry& at(std::size_t index) { return all.at(index); }
-    const std::vector<JournalEntry>& entries() const noexcept { return all; }
-    void clear() noexcept { all.clear(); }
+    /// Adds a ManifestRead that was opened.
+    std::size_t addRead(std::wstring_view path);
+    /// Adds a CommandAnnounced.
+    std::size_t addAnnouncement(std::wstring_view name, int kind);
+
+    /// The entry at `index`, to be changed before the next one is added; null when there is none of this kind: the
+    /// journal may have been cleared meanwhile. Announcements stay as they are.
+    template <typename Entry>
+    Entry* amend(std::size_t index)
+    {
+        static_assert(!std::is_same_v<Entry, CommandAnnounced>);
+        return index < all.size() ? std::get_if<Entry>(unpackedForChange(index)) : nullptr;
+    }
+
+    std::size_t size() const noexcept { return all.size(); }
+    JournalEntry at(std::size_t index) const { return unpacked(all.at(index)); }
+
+    /// The entries from the index `begin` on.
+    std::vector<JournalEntry> since(std::size_t begin) const;
+
+    /// Forgets all entries, and gives their memory back.
+    void clear() noexcept;
 
     /// The entries of one kind, in order.
     template <typename Entry>
     std::vector<Entry> only() const
     {
         std::vector<Entry> found;
-        for (const JournalEntry& entry : all) {
-            if (const auto* one = std::get_if<Entry>(&entry)) {
-                found.push_back(*one);
+        for (const Kept& kept : all) {
+            if (isOfKind<Entry>(kept)) {
+                found.push_back(std::get<Entry>(unpacked(kept)));
             }
         }
         return found;
     }
 
+    /// How many entries of one kind there are.
+    template <typename Entry>
+    std::size_t count() const
+    {
+        return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), isOfKind<Entry>));
+    }
+
 private:
-    std::vector<JournalEntry> all;
+    /// A manifest that was opened and is not known to be malformed.
+    struct PackedRead
+    {
+        std::string_view path;
+    };
+    struct PackedAnnouncement
+    {
+        std::string_view name;
+        int kind;
+    };
+    using Kept = std::variant<PackedRead, PackedAnnouncement, std::unique_ptr<JournalEntry>>;
+
+    template <typename Entry>
+    static bool isOfKind(const Kept& kept)
+    {
+        if (const auto* const entry = std::get_if<std::unique_ptr<JournalEntry>>(&kept)) {
+            return std::holds_alternative<Entry>(**entry);
+        }
+        return std::holds_alternative<PackedRead>(kept) ? std::is_same_v<Entry, ManifestRead>
+                                                        : std::is_same_v<Entry, CommandAnnounced>;
+    }
+    static JournalEntry unpacked(const Kept& kept);
+    JournalEntry* unpackedForChange(std::size_t index);
+
+    std::vector<Kept> all;
+    PackedTexts texts; ///< of the packed entries
 };
 
 } // namespace standalone

@@ -168,10 +168,7 @@ private:
     {
         Host* const host = Host::living();
         // A journal that was cleared meanwhile has other entries, or none, at that place.
-        if (host == nullptr || journalEntry >= host->journal().entries().size()) {
-            return;
-        }
-        if (auto* const read = std::get_if<ManifestRead>(&host->journal().at(journalEntry))) {
+        if (auto* const read = host != nullptr ? host->journal().amend<ManifestRead>(journalEntry) : nullptr) {
             read->malformed = true;
             read->problem = fault.problem;
             read->line = fault.line;
@@ -197,10 +194,11 @@ XmlFilerReader* kestCreateXmlFilerReader(const wchar_t* path)
     using namespace standalone;
     Journal& journal = Host::current().journal();
     auto reader = std::make_unique<ManifestReader>();
-    ManifestRead entry{path, false, false, {}, 0, 0};
-    entry.problem = reader->open(path, journal.entries().size());
-    entry.opened = entry.problem.empty();
-    const bool isOpened = entry.opened;
-    journal.add(std::move(entry));
-    return isOpened ? reader.release() : nullptr;
+    std::string problem = reader->open(path, journal.size());
+    if (!problem.empty()) {
+        journal.add(ManifestRead{path, false, false, std::move(problem), 0, 0});
+        return nullptr;
+    }
+    journal.addRead(path);
+    return reader.release();
 }

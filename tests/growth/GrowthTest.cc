@@ -77,7 +77,7 @@ protected:
     {
         excuteCuix();
         excute();
-        host->journal() = standalone::Journal();
+        host->journal().clear();
     }
 
     /// What is in use beyond what the autoloader's lists hold.

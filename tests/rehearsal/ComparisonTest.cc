@@ -259,10 +259,10 @@ private:
 
     bool isLoadedBy(const std::wstring& name)
     {
-        const std::size_t begin = host.journal().entries().size();
+        const std::size_t begin = host.journal().size();
         loadIfCmdNeeded(name.c_str());
-        const auto& entries = host.journal().entries();
-        return std::any_of(entries.begin() + static_cast<std::ptrdiff_t>(begin), entries.end(), [](const auto& entry) {
+        const auto entries = host.journal().since(begin);
+        return std::any_of(entries.begin(), entries.end(), [](const auto& entry) {
             const auto* module = std::get_if<standalone::ModuleLoad>(&entry);
             const auto* script = std::get_if<standalone::ScriptLoad>(&entry);
             const auto* queued = std::get_if<standalone::ExpressionQueued>(&entry);

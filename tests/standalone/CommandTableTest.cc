@@ -78,7 +78,7 @@ TEST_F(CommandTableTest, ABadNameOrNoFunctionIsRefused)
     EXPECT_EQ(kestRegisterCommand("caf\xE9", &countUp, nullptr), 0);
     EXPECT_EQ(kestRegisterCommand(nullptr, &countUp, nullptr), 0);
     EXPECT_EQ(kestRegisterCommand("draw", nullptr, nullptr), 0);
-    EXPECT_EQ(running->journal().entries().size(), 0U);
+    EXPECT_EQ(running->journal().size(), 0U);
 }
 
 TEST_F(CommandTableTest, TheFirstFunctionOfANameStays)

@@ -39,7 +39,7 @@ TEST_F(ModuleLayerTest, LibraryBesideTheToolIsLoadedAndThenFoundByItsName)
     ASSERT_NE(library, nullptr);
     EXPECT_EQ(GetModuleHandleW(L"TestEngine.dll"), library);
     EXPECT_EQ(LoadLibraryW(L"TestEngine.dll"), library);
-    EXPECT_EQ(running->journal().entries().size(), 2U) << "asking whether it is loaded is no event";
+    EXPECT_EQ(running->journal().size(), 2U) << "asking whether it is loaded is no event";
     const auto opens = running->journal().only<EngineOpen>();
     ASSERT_EQ(opens.size(), 2U);
     for (const EngineOpen& one : opens) {

@@ -251,7 +251,7 @@ TEST_F(RehearsalTest, ARealHostOpensLibrariesForRealAndRefusesWhatStandsIn)
     ::dlclose(library);
     writeFile(folder / "script.py", "");
     EXPECT_EQ(loadPythonFile(widen(folder / "script.py").c_str()), 1);
-    EXPECT_EQ(host().journal().entries().size(), 0U);
+    EXPECT_EQ(host().journal().size(), 0U);
 }
 
 } // namespace

@@ -196,7 +196,7 @@ TEST_F(XmlReaderTest, EachReadIsOneJournalEntry)
     EXPECT_EQ(reads[1].path, localetext::widen(folder / "document2.xml"));
     EXPECT_TRUE(reads[1].opened);
     EXPECT_TRUE(reads[1].malformed);
-    EXPECT_EQ(running->journal().entries().size(), 2U);
+    EXPECT_EQ(running->journal().size(), 2U);
 }
 
 TEST_F(XmlReaderTest, FaultFoundAfterTheJournalWasClearedTouchesNoOtherEntry)
@@ -213,7 +213,7 @@ TEST_F(XmlReaderTest, FaultFoundAfterTheJournalWasClearedHasNoPlaceToGo)
     const XmlReader reader = openDocument("<a>\n");
     running->journal().clear();
     EXPECT_EQ(toldBy(*reader, {}), "<a> malformed");
-    EXPECT_TRUE(running->journal().entries().empty());
+    EXPECT_EQ(running->journal().size(), 0U);
 }
 
 TEST_F(XmlReaderTest, ReaderMayOutliveItsHost)
