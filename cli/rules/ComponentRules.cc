@@ -33,7 +33,10 @@ void addPathForm(const ComponentInput& component, Findings& findings)
                               "The component has no ModuleName; its other attributes are not even looked at, and "
                               "nothing of it ever loads.");
         finding.expected = "a ModuleName that begins with \"./\"";
-        finding.mend = "Write the path of the file, beginning with \"./\", or remove the component.";
+        finding.mend = std::string("Write the path of the file, beginning with \"./\"") +
+                       (component.input.bundle.components.size() > 1
+                            ? ", or remove the component."
+                            : "; a bundle without any component would not even count as loaded.");
         findings.push_back(std::move(finding));
         return;
     }
@@ -89,7 +92,8 @@ void addNeverLoads(const ComponentInput& component, Findings& findings)
                                         "LoadOnTARVIXStartup is \"False\" and LoadOnCommandInvocation is not \"True\", "
                                         "so nothing ever loads the component.");
     finding.expected = "LoadOnCommandInvocation=\"True\", or LoadOnTARVIXStartup=\"True\"";
-    finding.mend = "Write LoadOnCommandInvocation=\"True\" and the commands, or remove LoadOnTARVIXStartup.";
+    finding.mend = std::string("Write LoadOnCommandInvocation=\"True\" and the commands, or remove ") +
+                   (isFlagAtFault ? "LoadOnTARVIXStartup and LoadCtrlFlag." : "LoadOnTARVIXStartup.");
     findings.push_back(std::move(finding));
 }
 

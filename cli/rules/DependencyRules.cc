@@ -93,7 +93,7 @@ Finding standingFinding(const BundleInput& input, const KestDependentBundle& dep
         return finding(kWaitingDependency,
                        "The bundle depends on " + code + ", which is " + other + ", and that waits too: " +
                            chainText(standing.chain) + "; " + causeAt(input, standing.chain) + ".",
-                       "Mend what holds up the last bundle of that chain.");
+                       "Mend what holds up " + folderOf(*standing.chain.back()) + ", the last of these.");
     case Standing::kNothingToLoad:
         return finding(kDependencyNeverLoads,
                        "The bundle depends on " + code + ", which is " + other +
@@ -190,7 +190,7 @@ void addIdentity(const BundleInput& input, Findings& findings)
                                     winnerText(winner != same.end() ? *winner : nullptr, bundle) +
                                     " What is no menu loads all the same.");
     finding.subject = code;
-    finding.mend = "Remove one of the two, or give it an UpgradeCode of its own.";
+    finding.mend = "Keep it for the bundle that others need; remove the rest, or give them codes of their own.";
     findings.push_back(std::move(finding));
 }
 

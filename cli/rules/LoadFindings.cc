@@ -72,7 +72,7 @@ void addLisp(const ComponentInput& component, Findings& findings)
                                   " characters; the expression that loads it is cut, and the file never loads.");
         finding.expected = std::to_string(kLongestExpression - kAroundPath) + " characters at most";
         finding.found = std::to_string(path.size()) + " characters";
-        finding.mend = "Install the bundle under a shorter path.";
+        finding.mend = "Give the file a shorter path in the bundle, or install the bundle under a shorter one.";
         findings.push_back(std::move(finding));
     }
     if (const std::size_t bad = path.find_first_of(L"\"\\"); bad != std::wstring::npos) {
@@ -132,9 +132,11 @@ void addFailure(const ComponentInput& component, const std::string& problem, boo
                                            : " fails to load when one of its commands is used, and nobody is "
                                              "told: ") +
                               reason + ".");
-    finding.mend = problemOfFile(entry.moduleName).empty()
-                       ? "Mend what the reason says."
-                       : "Put the file there, or correct ModuleName; letter case counts.";
+    const std::string ofFile = problemOfFile(entry.moduleName);
+    const bool isAllOfFile = !ofFile.empty() && problem.ends_with(ofFile);
+    finding.mend = ofFile.empty() ? "Mend what the reason says."
+                   : isAllOfFile  ? "Put the file there, or correct ModuleName; letter case counts."
+                                  : "Put the file there first, or correct ModuleName; then mend what the reason says.";
     findings.push_back(std::move(finding));
 }
 

@@ -42,7 +42,10 @@ void addNotAtStartup(const ComponentInput& component, Findings& findings)
             " is not to be loaded at start-up, and menus are registered only then; a command does "
             "not load it either.");
     finding.expected = isFlag ? "\"1\", or no LoadCtrlFlag" : "LoadOnTARVIXStartup=\"True\", or none";
-    finding.mend = isFlag ? "Remove LoadCtrlFlag." : "Remove LoadOnTARVIXStartup and LoadOnCommandInvocation.";
+    const bool isOnDemand = (component.record().loadFlags & KestComponentEntry::kLoadStartup) == 0;
+    finding.mend = !isOnDemand ? "Remove LoadCtrlFlag."
+                   : isFlag    ? "Remove LoadCtrlFlag, LoadOnTARVIXStartup and LoadOnCommandInvocation."
+                               : "Remove LoadOnTARVIXStartup and LoadOnCommandInvocation.";
     findings.push_back(std::move(finding));
 }
 
@@ -109,7 +112,7 @@ void addEmptyEntries(const BundleInput& input, Findings& findings)
             Finding finding = one.finding(kEmptyMenuEntry, L"",
                                           "This component stands behind a menu and gives none, so it leaves an empty "
                                           "entry in the host's list of menus.");
-            finding.mend = "Put the menus behind all other components.";
+            finding.mend = isMenu(component) ? "Mend the menu file." : "Put the menus behind all other components.";
             findings.push_back(std::move(finding));
         }
         isBehindMenu = isBehindMenu || component.outcome == ComponentOutcome::kMenu;

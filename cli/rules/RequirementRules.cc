@@ -59,10 +59,21 @@ std::string whatOf(const RequirementComparison& comparison)
            ", and this host is " + named(comparison.found) + ".";
 }
 
-std::string mendOf(const RequirementComparison& comparison, const std::string& attribute)
+/// Whether no bound of the range alone is at fault: the host is below the one and above the other.
+bool isOutsideBoth(const RequirementComparison& comparison, const KestRuntimeRequirements& required)
+{
+    const double found = _wtof(comparison.found.c_str());
+    const double max = _wtof(required.seriesMax.c_str());
+    return max != 0.0 && max < found && found < _wtof(required.seriesMin.c_str());
+}
+
+std::string mendOf(const RequirementComparison& comparison, const KestRuntimeRequirements& required,
+                   const std::string& attribute)
 {
     if (comparison.requirement == Requirement::kProductVersion) {
-        return "Change " + attribute + " if the bundle works with this host, or remove it.";
+        return isOutsideBoth(comparison, required)
+                   ? "Change SeriesMin and SeriesMax if the bundle works with this host, or remove both."
+                   : "Change " + attribute + " if the bundle works with this host, or remove it.";
     }
     if (localetext::equalIgnoringCase(comparison.required, comparison.found)) {
         return "Write " + attribute + "=" + named(comparison.found) + ": letter case counts.";
@@ -83,7 +94,7 @@ void addMismatch(const BundleInput& input, const RequirementComparison& comparis
     const bool isRange = comparison.requirement == Requirement::kProductVersion;
     finding.expected = isRange ? abridged(comparison.required) : named(comparison.required);
     finding.found = isRange ? abridged(comparison.found) : named(comparison.found);
-    finding.mend = mendOf(comparison, abridged(attribute));
+    finding.mend = mendOf(comparison, input.bundle.records.runtime, abridged(attribute));
     findings.push_back(std::move(finding));
 }
 
@@ -148,7 +159,7 @@ void addRequirementFindings(const BundleInput& input, Findings& findings)
     for (const Place& place : input.places.unreadRequirements()) {
         Finding finding = findingOf(kUnreadRequirements, input.bundle, place,
                                     "RuntimeRequirements inside Components or DependentBundles are never looked at.");
-        finding.mend = "Move the element out, so that it stands directly in ApplicationPackage.";
+        finding.mend = "Move the element out, so that it stands directly in ApplicationPackage; then it counts.";
         findings.push_back(std::move(finding));
     }
 }

@@ -7,6 +7,19 @@
 
 namespace fs = std::filesystem;
 
+std::vector<std::string> explainedFaults()
+{
+    std::vector<std::string> faults;
+    for (const fs::directory_entry& entry : fs::directory_iterator(KEST_FIXTURE_FOLDER)) {
+        const std::string name = entry.path().filename().string();
+        if (!name.starts_with("check-") && !name.starts_with("graph-")) { // of those subcommands
+            faults.push_back(name);
+        }
+    }
+    std::sort(faults.begin(), faults.end());
+    return faults;
+}
+
 FaultFixture::FaultFixture()
 {
     fs::create_directories(plugins());

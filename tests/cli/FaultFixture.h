@@ -4,6 +4,10 @@
 #include "tests/cli/ToolTest.h"
 
 #include <string>
+#include <vector>
+
+/// The folders of tests/fixtures that "explain" has something to say about, sorted.
+std::vector<std::string> explainedFaults();
 
 class FaultFixture : public ToolTest
 {

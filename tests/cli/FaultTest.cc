@@ -2,28 +2,10 @@
 // anew, and fails.
 #include "tests/cli/FaultFixture.h"
 
-#include "cli/rules/AllRules.h"
-
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 
 namespace {
-
-namespace fs = std::filesystem;
-
-std::vector<std::string> allFaults()
-{
-    std::vector<std::string> faults;
-    for (const fs::directory_entry& entry : fs::directory_iterator(KEST_FIXTURE_FOLDER)) {
-        const std::string name = entry.path().filename().string();
-        if (!name.starts_with("check-") && !name.starts_with("graph-")) { // of those subcommands
-            faults.push_back(name);
-        }
-    }
-    std::sort(faults.begin(), faults.end());
-    return faults;
-}
 
 std::string goldenFile(const std::string& fault)
 {
@@ -62,7 +44,7 @@ TEST_P(FaultTest, IsExplainedWhole)
     EXPECT_EQ(text, contentOf(goldenFile(GetParam())));
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, FaultTest, ::testing::ValuesIn(allFaults()), [](const auto& fault) {
+INSTANTIATE_TEST_SUITE_P(Every, FaultTest, ::testing::ValuesIn(explainedFaults()), [](const auto& fault) {
     std::string name = fault.param;
     std::replace(name.begin(), name.end(), '-', '_');
     return name;

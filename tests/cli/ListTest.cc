@@ -129,7 +129,7 @@ TEST_F(ListTest, TheJsonFormSaysAllThatTheTableSays)
             {"folder": "/T/home/.config/ORRELIN/ApplicationPlugins", "exists": true, "problem": null}],
         "bundles": [{
             "folder": "/T/home/.config/ORRELIN/ApplicationPlugins/Tools.bundle", "state": "loaded",
-            "name": "Tools", "version": "1.0.0", "upgradeCode": "{TOOLS}", "commands": ["CUT"], "menus": 0,
+            "name": "Tools", "version": "1.0.0", "upgradeCode": "{TOOLS}", "commands": ["CUT", "FOLD", "TRIM"], "menus": 0,
             "reason": {
                 "code": "KB513", "name": "first-use-fails", "severity": "error",
                 "bundle": "/T/home/.config/ORRELIN/ApplicationPlugins/Tools.bundle",
