@@ -60,7 +60,7 @@ Findings lint(const ExaminedBundle& bundle, const Surroundings& surroundings)
     }
     const ManifestDocument document = readManifestDocument(localetext::narrow(bundle.manifest));
     const ManifestReading reading = readingOf(document);
-    const LintInput input{bundle, document, reading, surroundings.modules, surroundings.machine};
+    const LintInput input{{bundle, document, reading}, surroundings.modules, surroundings.machine};
     if (!document.isMalformed) { // else the rest of it has not even been read
         addFormFindings(input, findings);
         addValueFindings(input, findings);
@@ -97,7 +97,8 @@ void addReasons(const ExaminedBundle& bundle, Findings reasons, Findings& found)
         }
     }
     for (Finding& reason : reasons) {
-        if (isAboutTheFile(reason) && explained.contains(reason.subject)) {
+        const bool isAboutForm = reason.rule->code.starts_with("KB2"); // found already, with its notes
+        if (isAboutForm || (isAboutTheFile(reason) && explained.contains(reason.subject))) {
             continue;
         }
         if (isAboutAnEngine(reason)) {

@@ -56,7 +56,7 @@ struct ElementStanding
 class FormCheck
 {
 public:
-    FormCheck(const LintInput& given, Findings& all) : input(given), findings(all) {}
+    FormCheck(const ManifestInput& given, Findings& all) : input(given), findings(all) {}
 
     void run()
     {
@@ -176,7 +176,7 @@ private:
         findings.push_back(std::move(finding));
     }
 
-    const LintInput& input;
+    const ManifestInput& input;
     Findings& findings;
     std::vector<ElementStanding> standings;
 };
@@ -189,7 +189,7 @@ std::vector<const Rule*> formRules()
             &kRepeatedElement, &kUnknownElement,    &kUnknownAttribute};
 }
 
-void addFormFindings(const LintInput& input, Findings& findings)
+void addFormFindings(const ManifestInput& input, Findings& findings)
 {
     FormCheck(input, findings).run();
 }

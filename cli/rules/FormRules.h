@@ -22,6 +22,6 @@ inline constexpr Rule kUnknownAttribute{"KB207", "unknown-attribute", Severity::
 
 std::vector<const Rule*> formRules();
 
-void addFormFindings(const LintInput& input, Findings& findings);
+void addFormFindings(const ManifestInput& input, Findings& findings);
 
 } // namespace cli

@@ -6,7 +6,7 @@
 
 namespace cli {
 
-Finding findingAt(const Rule& rule, const LintInput& input, std::size_t element, std::wstring_view attribute,
+Finding findingAt(const Rule& rule, const ManifestInput& input, std::size_t element, std::wstring_view attribute,
                   std::string what)
 {
     Place place{input.bundle.manifest, 0, 0};

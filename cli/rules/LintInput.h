@@ -12,18 +12,23 @@
 
 namespace cli {
 
-/// One bundle and its manifest, read again. Used on several threads at once, each with a bundle of its own.
-struct LintInput
+/// One bundle and its manifest, read again.
+struct ManifestInput
 {
     const ExaminedBundle& bundle;
     const ManifestDocument& document;
     const ManifestReading& reading;
+};
+
+/// The same with what is around it. Used on several threads at once, each with a bundle of its own.
+struct LintInput : ManifestInput
+{
     const standalone::ModulesInMemory& modules; ///< of all bundles, those that load at start-up
     unsigned machine = 0;                       ///< that the bundle is checked for, by its number in ELF; 0: this one
 };
 
 /// A finding about the manifest's element number `element`, at its attribute `attribute` where it has that.
-Finding findingAt(const Rule& rule, const LintInput& input, std::size_t element, std::wstring_view attribute,
+Finding findingAt(const Rule& rule, const ManifestInput& input, std::size_t element, std::wstring_view attribute,
                   std::string what);
 
 } // namespace cli

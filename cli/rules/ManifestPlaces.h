@@ -31,6 +31,8 @@ public:
     /// The value of a component's attribute as written; nothing when it is not there.
     std::optional<std::wstring> componentText(std::size_t index, std::wstring_view attribute) const;
 
+    const ManifestDocument& written() const { return document; }
+    const ManifestReading& read() const { return reading; }
     bool hasPackage() const { return !reading.packages.empty(); }
     /// RuntimeRequirements where nobody looks for them.
     std::vector<Place> unreadRequirements() const;

@@ -133,6 +133,11 @@ void ManifestEdit::remove(xmlNode* element)
     xmlFreeNode(element);
 }
 
+void ManifestEdit::rename(xmlNode* element, const std::string& name)
+{
+    xmlNodeSetName(element, bytes(name));
+}
+
 void ManifestEdit::append(xmlNode* parent, const std::string& xml) const
 {
     xmlNode* list = nullptr;

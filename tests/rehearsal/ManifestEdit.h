@@ -27,6 +27,7 @@ public:
     static void set(xmlNode* element, const std::string& attribute, const std::string& value);
     static void unset(xmlNode* element, const std::string& attribute);
     static void remove(xmlNode* element);
+    static void rename(xmlNode* element, const std::string& name);
     /// Appends the elements that `xml` holds.
     void append(xmlNode* parent, const std::string& xml) const;
     /// Puts a new outermost element `name` around everything, or in place of nothing.

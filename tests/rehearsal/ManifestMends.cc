@@ -78,6 +78,47 @@ bool reparse(const Told& told, MendTree& /*tree*/)
     return true;
 }
 
+bool renameAtPlace(const Told& told, MendTree& /*tree*/)
+{
+    return changeAt(told, [&](const ManifestEdit& manifest, xmlNode* element) {
+        const std::string name = quotedIn(told.mend).front();
+        const std::string attribute = manifest.attributeAt(told.line, told.column);
+        if (attribute.empty()) {
+            ManifestEdit::rename(element, name);
+        } else {
+            ManifestEdit::set(element, name, ManifestEdit::text(element, attribute));
+            ManifestEdit::unset(element, attribute);
+        }
+        return true;
+    });
+}
+
+bool putIntoNamed(const Told& told, MendTree& /*tree*/)
+{
+    return changeAt(told, [&](const ManifestEdit& manifest, xmlNode* element) {
+        const std::string name = quotedIn(told.mend).front();
+        xmlNode* place = ManifestEdit::find(manifest.root(), name);
+        if (place == nullptr) {
+            manifest.append(manifest.root(), "<" + name + "/>");
+            place = ManifestEdit::find(manifest.root(), name);
+        }
+        xmlUnlinkNode(element);
+        xmlAddChild(place, element);
+        return true;
+    });
+}
+
+bool makeOutermost(const Told& told, MendTree& /*tree*/)
+{
+    return changeAt(told, [](const ManifestEdit& manifest, xmlNode* element) {
+        xmlNode* const outer = manifest.root();
+        xmlUnlinkNode(element);
+        xmlDocSetRootElement(outer->doc, element);
+        xmlFreeNode(outer);
+        return true;
+    });
+}
+
 bool writeAttributeOfText(const Told& told, MendTree& /*tree*/)
 {
     static const std::regex kWritten("(\\w+)=\"([^\"]*)\"");

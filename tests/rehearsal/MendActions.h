@@ -39,6 +39,9 @@ bool shortenPath(const Told& told, MendTree& tree);
 
 // What the manifest says.
 bool reparse(const Told& told, MendTree& tree);
+bool renameAtPlace(const Told& told, MendTree& tree);
+bool putIntoNamed(const Told& told, MendTree& tree);
+bool makeOutermost(const Told& told, MendTree& tree);
 bool writeAttributeOfText(const Told& told, MendTree& tree);
 bool removeAttributesOfText(const Told& told, MendTree& tree);
 bool removeAttributeAtPlace(const Told& told, MendTree& tree);

@@ -3,6 +3,7 @@
 #include "cli/rules/CommandRules.h"
 #include "cli/rules/ComponentRules.h"
 #include "cli/rules/DependencyRules.h"
+#include "cli/rules/FormRules.h"
 #include "cli/rules/HostRules.h"
 #include "cli/rules/MenuRules.h"
 #include "cli/rules/RequirementRules.h"
@@ -27,6 +28,14 @@ const std::vector<Mend>& allMends()
         {&kFolderNotListable, "Let the user of the host read the folder.", letRead},
         {&kManifestNotOpened, "Let the user of the host read the file, and see that it is a regular file.", letRead},
         {&kMalformedManifest, "Mend the XML at this place.", reparse, true},
+
+        // What was passed over then counts, and may stop the bundle for another reason.
+        {&kMisspeltElement, "Did you mean", renameAtPlace, false, true},
+        {&kMisspeltAttribute, "Did you mean", renameAtPlace, false, true},
+        {&kNameLetterCase, "Write ", renameAtPlace, false, true},
+        {&kMisplacedElement, "Put it into", putIntoNamed, true, true},
+        {&kMisplacedElement, "Make it the outermost element", makeOutermost, true, true},
+        {&kRepeatedElement, "Keep one of them", removeElement},
 
         {&kWrongProductVersion, "Change ", writeBounds},
         {&kWrongProductVersion, "or remove ", removeBounds},

@@ -3,6 +3,7 @@
 #include "tests/AssemblyBytes.h"
 
 #include <fstream>
+#include <utility>
 
 namespace rehearsal {
 
@@ -78,7 +79,26 @@ std::string RandomTree::manifest(const fs::path& folder)
         }
         text += oneIn(30) ? "  </Component>\n" : "  </Components>\n";
     }
-    return text + (oneIn(30) ? requirements() : "") + "</ApplicationPackage>\n";
+    text += (oneIn(30) ? requirements() : "") + "</ApplicationPackage>\n";
+    return oneIn(10) ? misspelt(text) : text;
+}
+
+/// `text` with one of its words spelt wrongly everywhere.
+std::string RandomTree::misspelt(std::string text)
+{
+    const std::vector<std::pair<std::string, std::string>> slips = {{"ModuleName=", "Modulename="},
+                                                                    {"UpgradeCode=", "UpgradCode="},
+                                                                    {"Components>", "components>"},
+                                                                    {"LoadCtrlFlag=", "LoadCtrlFlags="},
+                                                                    {"DependentBundles>", "DependendBundles>"},
+                                                                    {"Local=", "local="},
+                                                                    {"<RuntimeRequirements ", "<RuntimeRequirement "},
+                                                                    {"ApplicationPackage", "ApplicationPackge"}};
+    const auto& [word, slip] = slips[below(slips.size())];
+    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + slip.size())) {
+        text.replace(at, word.size(), slip);
+    }
+    return text;
 }
 
 std::string RandomTree::requirements()

@@ -28,6 +28,7 @@ private:
 
     void writeBundle(const std::filesystem::path& root, std::size_t number);
     std::string manifest(const std::filesystem::path& folder);
+    std::string misspelt(std::string text);
     std::string requirements();
     std::string dependencies();
     std::string component(const std::filesystem::path& folder, std::size_t number);
