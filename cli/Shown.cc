@@ -4,39 +4,12 @@
 #include "standalone/Utf8.h"
 
 #include <climits>
-#include <cstdint>
 #include <cwchar>
 #include <langinfo.h>
 
 namespace cli {
 
 namespace {
-
-/// `text` with everything escaped that is no character, and every control character that is not in `allowed`.
-std::string escaped(std::string_view text, std::string_view allowed)
-{
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string shown;
-    shown.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t start = at;
-        const char32_t code = standalone::nextCodePoint(text, at);
-        if (code == standalone::kNotUtf8) {
-            ++at;
-        }
-        const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
-        const bool isAllowed = !isControl || allowed.find(text[start]) != std::string_view::npos;
-        if (code != standalone::kNotUtf8 && isAllowed) {
-            shown.append(text, start, at - start);
-            continue;
-        }
-        for (std::size_t i = start; i < at; ++i) {
-            const auto byte = static_cast<std::uint8_t>(text[i]);
-            shown += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0xF]};
-        }
-    }
-    return shown;
-}
 
 /// `text`, valid UTF-8, in the encoding of the global locale.
 std::string localeBytes(std::string_view text)
@@ -64,12 +37,12 @@ std::string localeBytes(std::string_view text)
 
 std::string shownLine(std::string_view text)
 {
-    return escaped(text, "");
+    return standalone::escapedUnseen(text);
 }
 
 std::string shownOutput(std::string_view text)
 {
-    return escaped(text, "\n\t");
+    return standalone::escapedUnseen(text, "\n\t");
 }
 
 std::string plainUtf8(std::wstring_view text)

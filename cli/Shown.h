@@ -8,7 +8,8 @@
 
 namespace cli {
 
-/// `text` in UTF-8 for one line of a report: control characters and bytes that are no UTF-8 show as "\xNN".
+/// `text` in UTF-8 for one line of a report: control characters and their like, marks of direction among them, and
+/// bytes that are no UTF-8 show as "\xNN".
 std::string shownLine(std::string_view text);
 
 /// The same for what a module printed: line ends and tabs stay.

@@ -119,6 +119,15 @@ void widenUtf8(std::string_view text, std::wstring& wide)
 
 namespace {
 
+/// Control characters, and those beside letters that turn the line round, end it, or show nothing at all.
+bool isUnseen(char32_t code)
+{
+    const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
+    const bool isDirection = code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
+                             (code >= 0x2066 && code <= 0x2069);
+    return isControl || isDirection || code == 0x2028 || code == 0x2029 || code == 0xFEFF;
+}
+
 void appendEscapedByte(std::string& shown, char byte)
 {
     constexpr char kDigits[] = "0123456789ABCDEF";
@@ -141,21 +150,24 @@ std::string displayable(std::wstring_view text)
             localetext::appendUtf8(bytes, isCharacter ? unit : L'\uFFFD');
         }
     }
+    return escapedUnseen(bytes);
+}
+
+std::string escapedUnseen(std::string_view text, std::string_view allowed)
+{
     std::string shown;
-    shown.reserve(bytes.size());
-    for (std::size_t at = 0; at < bytes.size();) {
+    shown.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
         const std::size_t start = at;
-        const char32_t code = nextCodePoint(bytes, at);
+        const char32_t code = nextCodePoint(text, at);
         if (code == kNotUtf8) {
             ++at;
-        }
-        const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
-        if (code != kNotUtf8 && !isControl) {
-            shown.append(bytes, start, at - start);
+        } else if (!isUnseen(code) || allowed.find(text[start]) != std::string_view::npos) {
+            shown.append(text, start, at - start);
             continue;
         }
         for (std::size_t i = start; i < at; ++i) {
-            appendEscapedByte(shown, bytes[i]);
+            appendEscapedByte(shown, text[i]);
         }
     }
     return shown;

@@ -20,8 +20,12 @@ std::optional<std::wstring> wideFromUtf8(std::string_view text);
 /// Sets `wide` to `text` widened; a byte that is no UTF-8 becomes U+FFFD. Independent of the locale.
 void widenUtf8(std::string_view text, std::wstring& wide);
 
-/// `text` for a report line: valid UTF-8 without control characters. A byte that the locale could not decode takes
-/// its place again; what is no UTF-8 then, and every control character, shows as "\xNN".
+/// `text` with "\xNN" for each byte that is no UTF-8 or of a character that does something to a line instead of
+/// standing in it: control characters but those in `allowed`, marks of direction, ends of lines and paragraphs.
+std::string escapedUnseen(std::string_view text, std::string_view allowed = {});
+
+/// `text` for a report line: valid UTF-8 without control characters and their like. A byte that the locale could not
+/// decode takes its place again; then as escapedUnseen().
 std::string displayable(std::wstring_view text);
 
 /// The same for `text` in the encoding of the global locale: file names, system and library messages.

@@ -254,6 +254,7 @@ TEST_F(ExplainTest, EscapesInNamesNeitherReachTheTerminalNorBreakTheJson)
         EXPECT_EQ(text.output.find_first_of(std::string("\x1B\x7F\xFF")), std::string::npos) << text;
         EXPECT_EQ(text.output.find("\xC2\x9B"), std::string::npos) << text;
         EXPECT_NE(text.output.find("\\x1B[31m\\x0A\\xFF"), std::string::npos) << text;
+        EXPECT_EQ(text.output.find("\xE2\x80\xAE"), std::string::npos) << "it turns the line round\n" << text;
     }
     EXPECT_EQ(explainJson()["bundles"][0]["folder"],
               "/T/home/.config/ORRELIN/ApplicationPlugins/\x1B[31m\n\xEF\xBF\xBD.bundle");

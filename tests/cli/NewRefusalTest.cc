@@ -64,9 +64,7 @@ TEST_F(NewRefusalTest, NamesThatWouldDoHarmAreRefusedWithTheReason)
     expectNameRefused("\xC2\x85", "\\xC2\\x85", unseen);
     expectNameRefused("a\xE2\x80\xAE"
                       "b",
-                      "a\xE2\x80\xAE"
-                      "b",
-                      unseen);
+                      "a\\xE2\\x80\\xAEb", unseen);
     expectNameRefused("a\xEF\xBF\xBF", "a\xEF\xBF\xBF", unseen);
     expectNameRefused("T\xFCr", "T\\xFCr", "it is no text in the encoding of the locale");
     expectNameRefused("a;b", "a;b", "it holds a \";\", which separates the paths in the host's list of menus");

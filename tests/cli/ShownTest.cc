@@ -34,6 +34,25 @@ TEST_F(ShownTest, EveryControlCharacterOfALineIsEscaped)
         << "the second set of control characters acts on terminals too";
 }
 
+TEST_F(ShownTest, CharactersThatTurnALineRoundOrEndItOrAreNotSeenAreEscaped)
+{
+    for (const char* unseen : {"\xD8\x9C", "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xA8", "\xE2\x80\xA9",
+                               "\xE2\x80\xAA", "\xE2\x80\xAB", "\xE2\x80\xAC", "\xE2\x80\xAD", "\xE2\x80\xAE",
+                               "\xE2\x81\xA6", "\xE2\x81\xA7", "\xE2\x81\xA8", "\xE2\x81\xA9", "\xEF\xBB\xBF"}) {
+        std::string escaped;
+        for (const char* byte = unseen; *byte != '\0'; ++byte) {
+            char two[5];
+            std::snprintf(two, sizeof(two), "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(*byte)));
+            escaped += two;
+        }
+        EXPECT_EQ(cli::shownLine(std::string("a") + unseen + "b"), "a" + escaped + "b");
+        EXPECT_EQ(cli::shownOutput(std::string("a") + unseen + "b"), "a" + escaped + "b");
+    }
+    const std::string beside =
+        "\xD8\x9B \xE2\x80\x8D \xE2\x80\x90 \xE2\x80\xA7 \xE2\x80\xAF \xE2\x81\xA5 \xE2\x81\xAA \xEF\xBB\xBE";
+    EXPECT_EQ(cli::shownLine(beside), beside) << "their neighbours stand in a line like letters";
+}
+
 TEST_F(ShownTest, OutputKeepsItsLineEndsAndTabs)
 {
     EXPECT_EQ(cli::shownOutput("one\n\ttwo\r\x1B[0m"), "one\n\ttwo\\x0D\\x1B[0m");
