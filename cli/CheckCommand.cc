@@ -176,9 +176,11 @@ int check(const CheckOptions& options)
     const int status = isBad ? kSomethingFailed : kAllWell;
     const CheckReport report{checked, targets, options.isStrict, status};
     if (options.isJson || options.format == "json") {
-        print(stdout, checkJson(report));
+        printUtf8(stdout, checkJson(report));
+    } else if (options.format == "sarif") {
+        printUtf8(stdout, checkSarif(report));
     } else {
-        print(stdout, options.format == "sarif" ? checkSarif(report) : checkText(report, hasColours()));
+        print(stdout, checkText(report, hasColours()));
     }
     return status;
 }

@@ -51,7 +51,8 @@ int explain(const ExplainOptions& options)
     const Examination examination = examineInstalled(settingsFrom(options.host));
     const auto explanation = explain(examination, options.subjects);
     const int status = hasProblems(*explanation) ? kSomethingFailed : kAllWell;
-    print(stdout, options.json ? explainJson(*explanation, status) : explainText(*explanation, hasColours()));
+    options.json ? printUtf8(stdout, explainJson(*explanation, status))
+                 : print(stdout, explainText(*explanation, hasColours()));
     return status;
 }
 

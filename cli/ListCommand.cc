@@ -48,8 +48,8 @@ int list(const ListOptions& options)
     const std::vector<ListedBundle> bundles = listedBundles(examination, reasons);
     const bool isAllWell = examination.failure.empty() && std::all_of(bundles.begin(), bundles.end(), cli::isAllLoaded);
     const int status = isAllWell ? kAllWell : kSomethingFailed;
-    print(stdout, options.json ? listJson(examination, reasons, status)
-                               : listText(examination, reasons, {terminalWidth(), hasColours()}));
+    options.json ? printUtf8(stdout, listJson(examination, reasons, status))
+                 : print(stdout, listText(examination, reasons, {terminalWidth(), hasColours()}));
     return status;
 }
 
