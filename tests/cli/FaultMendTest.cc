@@ -123,13 +123,17 @@ TEST_F(FaultMendTest, AnErrorLogThatCannotBeWrittenCanBeAfterItsMends)
         };
     };
     rehearsal::expectMends("no folder", make([&] { fs::remove(folder); }), tree, counts);
-    const auto spoilFolder = [&] { fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec); };
-    rehearsal::expectMends("a folder for reading only", make([&] { spoilFolder(), runUnprivileged(); }), tree, counts);
+    const auto spoilFolder = [&] {
+        fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+        runUnprivileged();
+    };
+    rehearsal::expectMends("a folder for reading only", make(spoilFolder), tree, counts);
     const auto spoilFile = [&] {
         write(logFile(), "");
         fs::permissions(logFile(), fs::perms::owner_read);
+        runUnprivileged();
     };
-    rehearsal::expectMends("a file for reading only", make([&] { spoilFile(), runUnprivileged(); }), tree, counts);
+    rehearsal::expectMends("a file for reading only", make(spoilFile), tree, counts);
     for (std::size_t position = 0; position < rehearsal::allMends().size(); ++position) {
         const rehearsal::Mend& mend = rehearsal::allMends()[position];
         const bool isTried = mend.rule->code == "KB901" && !mend.text.starts_with("Remove");

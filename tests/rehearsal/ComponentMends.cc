@@ -40,12 +40,12 @@ constexpr char kCommands[] = "<Commands GroupName=\"own\"><Command Local=\"OWN\"
 
 } // namespace
 
-bool declareComponent(const Told& told, MendTree& tree)
+bool declareComponent(const Told& told, const MendTree& tree)
 {
     return addComponent(told.bundle, tree);
 }
 
-bool giveNamedBundleAComponent(const Told& told, MendTree& tree)
+bool giveNamedBundleAComponent(const Told& told, const MendTree& tree)
 {
     for (const auto& [folder, state] : tree.look().states) {
         if (fs::path(folder).filename() == quotedIn(told.mend).front() && state == "kept") {
@@ -55,7 +55,7 @@ bool giveNamedBundleAComponent(const Told& told, MendTree& tree)
     return false;
 }
 
-bool giveEmptyBundlesComponents(const Told& /*told*/, MendTree& tree)
+bool giveEmptyBundlesComponents(const Told& /*told*/, const MendTree& tree)
 {
     bool isAny = false;
     for (const Told& other : tree.look().findings) {
@@ -64,7 +64,7 @@ bool giveEmptyBundlesComponents(const Told& /*told*/, MendTree& tree)
     return isAny;
 }
 
-bool writeModuleName(const Told& told, MendTree& tree)
+bool writeModuleName(const Told& told, const MendTree& tree)
 {
     tree.writeSound(fs::path(told.bundle) / "named.lsp");
     return changeAt(told, [](const ManifestEdit& /*manifest*/, xmlNode* element) {
@@ -73,17 +73,17 @@ bool writeModuleName(const Told& told, MendTree& tree)
     });
 }
 
-bool writeFileKind(const Told& told, MendTree& tree)
+bool writeFileKind(const Told& told, const MendTree& tree)
 {
     return writeKind(told, tree, ".lsp");
 }
 
-bool writeSimilarKind(const Told& told, MendTree& tree)
+bool writeSimilarKind(const Told& told, const MendTree& tree)
 {
     return writeKind(told, tree, quotedIn(told.mend).front());
 }
 
-bool writeStandIn(const Told& told, MendTree& /*tree*/)
+bool writeStandIn(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [](const ManifestEdit& /*manifest*/, xmlNode* element) {
         ManifestEdit::set(element, "PythonVersion", "standin");
@@ -91,7 +91,7 @@ bool writeStandIn(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool loadOnCommand(const Told& told, MendTree& /*tree*/)
+bool loadOnCommand(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [](const ManifestEdit& manifest, xmlNode* element) {
         ManifestEdit::set(element, "LoadOnCommandInvocation", "True");
@@ -100,7 +100,7 @@ bool loadOnCommand(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool appendCommandOfText(const Told& told, MendTree& /*tree*/)
+bool appendCommandOfText(const Told& told, const MendTree& /*tree*/)
 {
     static const std::regex kElement("<Commands>.*</Commands>");
     std::smatch element;
@@ -111,7 +111,7 @@ bool appendCommandOfText(const Told& told, MendTree& /*tree*/)
            });
 }
 
-bool declareOwnCommand(const Told& told, MendTree& /*tree*/)
+bool declareOwnCommand(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [](const ManifestEdit& manifest, xmlNode* element) {
         manifest.append(element, kCommands);
@@ -119,7 +119,7 @@ bool declareOwnCommand(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool writeOwnLocal(const Told& told, MendTree& /*tree*/)
+bool writeOwnLocal(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [](const ManifestEdit& /*manifest*/, xmlNode* element) {
         ManifestEdit::set(element, "Local", "OWN");
@@ -127,7 +127,7 @@ bool writeOwnLocal(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool putMenusLast(const Told& told, MendTree& /*tree*/)
+bool putMenusLast(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [](const ManifestEdit& /*manifest*/, xmlNode* element) {
         xmlNode* const components = element->parent;

@@ -80,14 +80,14 @@ void MendTree::installBundle(const std::string& upgradeCode) const
     writeBundle(*this, plugins / ("Needed" + std::to_string(number) + ".bundle"), upgradeCode);
 }
 
-bool makeFolder(const Told& told, MendTree& tree)
+bool makeFolder(const Told& told, const MendTree& tree)
 {
     const std::vector<std::string> named = quotedIn(told.mend);
     const fs::path folder = named.empty() ? fs::path(told.file) : fs::path(named.front());
     return isInTree(folder, tree) && (fs::is_directory(folder) || fs::create_directories(folder));
 }
 
-bool letRead(const Told& told, MendTree& tree)
+bool letRead(const Told& told, const MendTree& tree)
 {
     const bool isManifest = fs::path(told.file).filename() == kManifest;
     if (isManifest && fs::is_directory(told.file)) {
@@ -102,32 +102,32 @@ bool letRead(const Told& told, MendTree& tree)
     return true;
 }
 
-bool letWrite(const Told& told, MendTree& /*tree*/)
+bool letWrite(const Told& told, const MendTree& /*tree*/)
 {
     fs::permissions(quotedIn(told.mend).front(), fs::perms::all);
     return true;
 }
 
-bool removeFile(const Told& told, MendTree& /*tree*/)
+bool removeFile(const Told& told, const MendTree& /*tree*/)
 {
     return fs::remove_all(told.file) > 0;
 }
 
-bool writeManifest(const Told& told, MendTree& tree)
+bool writeManifest(const Told& told, const MendTree& tree)
 {
     writeBundle(tree, told.bundle, "{WRITTEN}");
     fs::rename(fs::path(told.bundle) / kManifest, fs::path(told.bundle) / quotedIn(told.mend).front());
     return true;
 }
 
-bool renameManifest(const Told& told, MendTree& /*tree*/)
+bool renameManifest(const Told& told, const MendTree& /*tree*/)
 {
     fs::rename(fs::path(told.bundle) / quotedIn(told.found).front(),
                fs::path(told.bundle) / quotedIn(told.mend).front());
     return true;
 }
 
-bool moveManifestUp(const Told& told, MendTree& /*tree*/)
+bool moveManifestUp(const Told& told, const MendTree& /*tree*/)
 {
     const fs::path below = (fs::path(told.bundle) / quotedIn(told.found).front()).parent_path();
     const fs::path aside = told.bundle + ".aside";
@@ -139,21 +139,21 @@ bool moveManifestUp(const Told& told, MendTree& /*tree*/)
     return true;
 }
 
-bool unpack(const Told& told, MendTree& tree)
+bool unpack(const Told& told, const MendTree& tree)
 {
     fs::remove(told.bundle);
     writeBundle(tree, told.bundle, "{UNPACKED}");
     return true;
 }
 
-bool removeBundle(const Told& told, MendTree& tree)
+bool removeBundle(const Told& told, const MendTree& tree)
 {
     fs::remove_all(told.bundle);
     tree.removed.insert(told.bundle);
     return true;
 }
 
-bool renameBundle(const Told& told, MendTree& tree)
+bool renameBundle(const Told& told, const MendTree& tree)
 {
     const fs::path renamed = fs::path(told.bundle).parent_path() / quotedIn(told.mend).front();
     if (fs::exists(renamed)) {
@@ -164,35 +164,35 @@ bool renameBundle(const Told& told, MendTree& tree)
     return true;
 }
 
-bool installNeeded(const Told& told, MendTree& tree)
+bool installNeeded(const Told& told, const MendTree& tree)
 {
     tree.installBundle(told.subject);
     return true;
 }
 
-bool makeFileSound(const Told& told, MendTree& tree)
+bool makeFileSound(const Told& told, const MendTree& tree)
 {
     tree.writeSound(told.subject);
     return true;
 }
 
-bool mendReason(const Told& told, MendTree& tree)
+bool mendReason(const Told& told, const MendTree& tree)
 {
     tree.installEngines(); // the reason is theirs or the file's
     return makeFileSound(told, tree);
 }
 
-bool shipAsMenu(const Told& told, MendTree& /*tree*/)
+bool shipAsMenu(const Told& told, const MendTree& /*tree*/)
 {
     return renameTo(told, fs::path(told.subject).stem().string() + quotedIn(told.mend).front());
 }
 
-bool renameFile(const Told& told, MendTree& /*tree*/)
+bool renameFile(const Told& told, const MendTree& /*tree*/)
 {
     return renameTo(told, "renamed" + fs::path(told.subject).extension().string());
 }
 
-bool shortenPath(const Told& told, MendTree& tree)
+bool shortenPath(const Told& told, const MendTree& tree)
 {
     ManifestEdit manifest(told.file);
     ManifestEdit::set(manifest.elementAt(told.line, told.column), "ModuleName", "./short.lsp");
@@ -201,7 +201,7 @@ bool shortenPath(const Told& told, MendTree& tree)
     return true;
 }
 
-bool removeUnneeded(const Told& told, MendTree& tree)
+bool removeUnneeded(const Told& told, const MendTree& tree)
 {
     for (const Told& one : unneededOf(told, tree)) {
         removeBundle(one, tree);
@@ -209,7 +209,7 @@ bool removeUnneeded(const Told& told, MendTree& tree)
     return true;
 }
 
-bool removeEmptyBundles(const Told& /*told*/, MendTree& tree)
+bool removeEmptyBundles(const Told& /*told*/, const MendTree& tree)
 {
     bool isAny = false;
     for (const Told& other : tree.look().findings) {

@@ -68,7 +68,7 @@ std::vector<std::string> quotedIn(const std::string& text)
     return all;
 }
 
-bool reparse(const Told& told, MendTree& /*tree*/)
+bool reparse(const Told& told, const MendTree& /*tree*/)
 {
     ManifestEdit manifest(told.file);
     if (manifest.root() == nullptr) {
@@ -78,7 +78,7 @@ bool reparse(const Told& told, MendTree& /*tree*/)
     return true;
 }
 
-bool renameAtPlace(const Told& told, MendTree& /*tree*/)
+bool renameAtPlace(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [&](const ManifestEdit& manifest, xmlNode* element) {
         const std::string name = quotedIn(told.mend).front();
@@ -93,7 +93,7 @@ bool renameAtPlace(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool putIntoNamed(const Told& told, MendTree& /*tree*/)
+bool putIntoNamed(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [&](const ManifestEdit& manifest, xmlNode* element) {
         const std::string name = quotedIn(told.mend).front();
@@ -108,7 +108,7 @@ bool putIntoNamed(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool makeOutermost(const Told& told, MendTree& /*tree*/)
+bool makeOutermost(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [](const ManifestEdit& manifest, xmlNode* element) {
         xmlNode* const outer = manifest.root();
@@ -119,7 +119,7 @@ bool makeOutermost(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool writeAttributeOfText(const Told& told, MendTree& /*tree*/)
+bool writeAttributeOfText(const Told& told, const MendTree& /*tree*/)
 {
     static const std::regex kWritten("(\\w+)=\"([^\"]*)\"");
     std::smatch written;
@@ -130,12 +130,12 @@ bool writeAttributeOfText(const Told& told, MendTree& /*tree*/)
            });
 }
 
-bool removeAttributesOfText(const Told& told, MendTree& /*tree*/)
+bool removeAttributesOfText(const Told& told, const MendTree& /*tree*/)
 {
     return changeNamed(told, "[Rr]emove (\\w+)(?:, (\\w+))?(?: and (\\w+))?", ManifestEdit::unset);
 }
 
-bool removeAttributeAtPlace(const Told& told, MendTree& /*tree*/)
+bool removeAttributeAtPlace(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [&](const ManifestEdit& manifest, xmlNode* element) {
         const std::string attribute = manifest.attributeAt(told.line, told.column);
@@ -144,7 +144,7 @@ bool removeAttributeAtPlace(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool removeElement(const Told& told, MendTree& /*tree*/)
+bool removeElement(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [](const ManifestEdit& /*manifest*/, xmlNode* element) {
         ManifestEdit::remove(element);
@@ -152,34 +152,34 @@ bool removeElement(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool writeBounds(const Told& told, MendTree& /*tree*/)
+bool writeBounds(const Told& told, const MendTree& /*tree*/)
 {
     return changeNamed(told, "Change (\\w+)(?: and (\\w+))?", [&](xmlNode* element, const std::string& attribute) {
         ManifestEdit::set(element, attribute, told.found);
     });
 }
 
-bool removeBounds(const Told& told, MendTree& /*tree*/)
+bool removeBounds(const Told& told, const MendTree& /*tree*/)
 {
     return changeNamed(told, "Change (\\w+)(?: and (\\w+))?", ManifestEdit::unset);
 }
 
-bool writeExpectedBound(const Told& told, MendTree& /*tree*/)
+bool writeExpectedBound(const Told& told, const MendTree& /*tree*/)
 {
     return writeAtPlace(told, quotedIn(told.expected).front());
 }
 
-bool writeTrue(const Told& told, MendTree& /*tree*/)
+bool writeTrue(const Told& told, const MendTree& /*tree*/)
 {
     return writeAtPlace(told, "True");
 }
 
-bool writeFalse(const Told& told, MendTree& /*tree*/)
+bool writeFalse(const Told& told, const MendTree& /*tree*/)
 {
     return writeAtPlace(told, "False");
 }
 
-bool moveToPackage(const Told& told, MendTree& /*tree*/)
+bool moveToPackage(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [](const ManifestEdit& manifest, xmlNode* element) {
         xmlNode* const package = ManifestEdit::find(manifest.root(), "ApplicationPackage");
@@ -189,12 +189,12 @@ bool moveToPackage(const Told& told, MendTree& /*tree*/)
     });
 }
 
-bool writeSimilarCode(const Told& told, MendTree& /*tree*/)
+bool writeSimilarCode(const Told& told, const MendTree& /*tree*/)
 {
     return writeAtPlace(told, quotedIn(told.mend).back());
 }
 
-bool writeNeededCode(const Told& told, MendTree& tree)
+bool writeNeededCode(const Told& told, const MendTree& tree)
 {
     tree.installBundle("{NEEDED}");
     return changeAt(told, [](const ManifestEdit& /*manifest*/, xmlNode* element) {
@@ -203,12 +203,12 @@ bool writeNeededCode(const Told& told, MendTree& tree)
     });
 }
 
-bool writeOwnCode(const Told& told, MendTree& /*tree*/)
+bool writeOwnCode(const Told& told, const MendTree& /*tree*/)
 {
     return writeCode(told.file, "{OWN}");
 }
 
-bool giveUnneededOwnCodes(const Told& told, MendTree& tree)
+bool giveUnneededOwnCodes(const Told& told, const MendTree& tree)
 {
     int number = 0;
     for (const Told& one : unneededOf(told, tree)) {
@@ -238,7 +238,7 @@ std::vector<Told> unneededOf(const Told& told, const MendTree& tree)
     return all;
 }
 
-bool wrapInPackage(const Told& told, MendTree& /*tree*/)
+bool wrapInPackage(const Told& told, const MendTree& /*tree*/)
 {
     ManifestEdit manifest(told.file);
     manifest.wrap("ApplicationPackage");

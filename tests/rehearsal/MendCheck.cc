@@ -39,7 +39,7 @@ void expectMended(const Mend& mend, const Told& told, const Looked& before, cons
 
 } // namespace
 
-void expectMends(const std::string& name, const std::function<void()>& make, MendTree& tree, MendCounts& counts)
+void expectMends(const std::string& name, const std::function<void()>& make, const MendTree& tree, MendCounts& counts)
 {
     make();
     const Looked before = tree.look();

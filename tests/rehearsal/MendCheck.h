@@ -14,6 +14,6 @@ using MendCounts = std::map<std::size_t, std::size_t>;
 
 /// Applies each mend of each finding on a tree of its own, which `make` makes anew at the same place. `name` tells the
 /// tree in failures.
-void expectMends(const std::string& name, const std::function<void()>& make, MendTree& tree, MendCounts& counts);
+void expectMends(const std::string& name, const std::function<void()>& make, const MendTree& tree, MendCounts& counts);
 
 } // namespace rehearsal

@@ -46,8 +46,9 @@ struct MendTree
     std::function<void()> installEngines = [] {};
     std::function<Looked()> look;
 
-    std::map<std::string, std::string> moved; ///< bundle folders that a mend gave another path
-    std::set<std::string> removed;            ///< bundle folders that a mend took away
+    // Notes of the mend that is being made; the tree itself lies on the disk.
+    mutable std::map<std::string, std::string> moved; ///< bundle folders that it gave another path
+    mutable std::set<std::string> removed;            ///< bundle folders that it took away
 
     /// Makes the file at `path` one that its loader takes, told by its name.
     void writeSound(const std::filesystem::path& path) const;
@@ -61,7 +62,7 @@ struct Mend
     const cli::Rule* rule;
     std::string_view text; ///< the part of the text that offers it
     /// False: it cannot be done here, and nothing was changed.
-    bool (*apply)(const Told& told, MendTree& tree);
+    bool (*apply)(const Told& told, const MendTree& tree);
     bool hasLinesMoved = false; ///< findings may stand on other lines afterwards
     bool mayUnload = false;     ///< it makes something count that was passed over
 };

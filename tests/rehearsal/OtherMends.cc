@@ -23,7 +23,7 @@ bool isSame(const Told& one, const Told& other)
 }
 
 /// Applies one mend of what is said about the bundle in `folder`, other than `told` itself.
-bool mendOnce(const Told& told, const std::string& folder, const Looked& seen, MendTree& tree)
+bool mendOnce(const Told& told, const std::string& folder, const Looked& seen, const MendTree& tree)
 {
     for (const Told& other : seen.findings) {
         const bool isAbout = other.bundle == folder && !isSame(other, told) && !other.code.starts_with("KB7") &&
@@ -39,7 +39,7 @@ bool mendOnce(const Told& told, const std::string& folder, const Looked& seen, M
 }
 
 /// Follows what is said about the bundle in `folder` until `told` is gone.
-bool mendUntilGone(const Told& told, const std::string& folder, MendTree& tree)
+bool mendUntilGone(const Told& told, const std::string& folder, const MendTree& tree)
 {
     bool isAny = false;
     for (int round = 0; round < kMostRounds; ++round) {
@@ -71,19 +71,19 @@ bool changeHostMenus(const MendTree& tree, const std::function<void(std::vector<
 
 } // namespace
 
-bool takeEmptyEntriesOut(const Told& /*told*/, MendTree& tree)
+bool takeEmptyEntriesOut(const Told& /*told*/, const MendTree& tree)
 {
     return changeHostMenus(tree, [](std::vector<std::wstring>& entries) { std::erase(entries, L""); });
 }
 
-bool renameHostMenu(const Told& told, MendTree& tree)
+bool renameHostMenu(const Told& told, const MendTree& tree)
 {
     return changeHostMenus(tree, [&](std::vector<std::wstring>& entries) {
         std::replace(entries.begin(), entries.end(), localetext::widen(told.subject), std::wstring(L"/host/own.cuix"));
     });
 }
 
-bool mendNamedBundle(const Told& told, MendTree& tree)
+bool mendNamedBundle(const Told& told, const MendTree& tree)
 {
     for (const auto& [folder, state] : tree.look().states) {
         if (fs::path(folder).filename() == quotedIn(told.mend).front() && state != "not a bundle") {
@@ -93,7 +93,7 @@ bool mendNamedBundle(const Told& told, MendTree& tree)
     return false;
 }
 
-bool mendOwnBundle(const Told& told, MendTree& tree)
+bool mendOwnBundle(const Told& told, const MendTree& tree)
 {
     return mendUntilGone(told, told.bundle, tree);
 }
