@@ -33,6 +33,7 @@ private:
 
 void requireIn(const std::string& file, std::string_view text, const char* what)
 {
+    require(text.size() <= standalone::kLongestElfName, std::string(what) + " has no end");
     require(file.find(text) != std::string::npos, std::string(what) + " does not stand in the file");
     require(text.find('\0') == std::string_view::npos, std::string(what) + " goes on behind its end");
 }

@@ -181,7 +181,7 @@ std::string_view ElfFile::bytesAt(std::uint64_t address, std::uint64_t length) c
 
 std::string_view ElfFile::textAt(std::uint64_t offset) const
 {
-    const std::string_view text = names.substr(std::min<std::uint64_t>(offset, names.size()));
+    const std::string_view text = names.substr(std::min<std::uint64_t>(offset, names.size()), kLongestElfName);
     return text.substr(0, text.find('\0'));
 }
 

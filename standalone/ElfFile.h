@@ -11,6 +11,9 @@
 
 namespace standalone {
 
+/// Of longer names only so much is read: in a file without any end of a name, each symbol would have the whole rest.
+inline constexpr std::size_t kLongestElfName = 4096;
+
 /// A symbol for the dynamic linker.
 struct ElfSymbol
 {
