@@ -34,7 +34,8 @@ std::string reasonOfEntry(const ExaminedComponent& component, const std::wstring
         const std::wstring& path = component.record.moduleName;
         return (path.empty() ? "A component without a ModuleName that begins with \"./\"" : quoted(shown(path))) +
                (isMenu ? " is a menu that cannot be converted" : " loads at start-up and is no menu") +
-               "; behind a menu of its bundle it leaves an empty entry. Name the menus behind all other components.";
+               "; behind a menu of its bundle it leaves an empty entry. " +
+               (isMenu ? "Mend the menu file." : "Name the menus behind all other components.");
     }
     if (component.menu != entry) {
         return "The path " + quoted(shown(component.menu)) +

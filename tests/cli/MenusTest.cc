@@ -55,6 +55,18 @@ Nothing was written.
                                 ""}));
 }
 
+TEST_F(MenusTest, OfAMenuThatCannotBeConvertedTheFileIsToBeMendedAndNotItsPlace)
+{
+    write(installWith("A.bundle", {"./new.cuix", "./old.mnu"}) + "/old.mnu", "no item\n");
+    const ToolRun done = menus();
+    EXPECT_NE(done.output.find(R"(  + (an empty entry)
+      of /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle
+      "/T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/old.mnu" is a menu that cannot be converted; behind a menu of its bundle it leaves an empty entry. Mend the menu file.
+)"),
+              std::string::npos)
+        << done;
+}
+
 TEST_F(MenusTest, EachEntryStandsWithWhereItComesFrom)
 {
     storeHostList(L"/host.cuix;/gone.cuix");
