@@ -23,8 +23,13 @@ struct ManifestInput
 /// The same with what is around it. Used on several threads at once, each with a bundle of its own.
 struct LintInput : ManifestInput
 {
+    LintInput(const ManifestInput& own, const standalone::ModulesInMemory& inMemory, unsigned checkedFor)
+        : ManifestInput(own), modules(inMemory), machine(checkedFor)
+    {
+    }
+
     const standalone::ModulesInMemory& modules; ///< of all bundles, those that load at start-up
-    unsigned machine = 0;                       ///< that the bundle is checked for, by its number in ELF; 0: this one
+    const unsigned machine;                     ///< that the bundle is checked for, by its number in ELF; 0: this one
 };
 
 /// A finding about the manifest's element number `element`, at its attribute `attribute` where it has that.
