@@ -13,7 +13,6 @@
 #include "loading/ProductVersion.h"
 #include "standalone/ModuleFile.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
@@ -82,7 +81,8 @@ standalone::HostSettings hostOf(const CheckOptions& options)
     standalone::HostSettings settings;
     settings.programFolder = toolFolder();
     settings.engineFolder = libraryFolder();
-    settings.configurationFile = std::string(kNoHome) + "/settings.sqlite";
+    settings.configurationFile = kNoHome;
+    settings.configurationFile += "/settings.sqlite";
     settings.vernum = vernumOf(options);
     settings.productName = localetext::widen(options.product);
     if (!options.architecture.empty()) {
@@ -132,25 +132,23 @@ private:
 
 void addCheckCommand(CLI::App& app, Action& chosen)
 {
-    CLI::App* check = app.add_subcommand("check", "Look through bundle folders before they are shipped");
+    Subcommand check(app, "check", "Look through bundle folders before they are shipped");
     const auto options = std::make_shared<CheckOptions>();
-    check->add_option("PATH", options->paths, "A bundle folder, or a folder of bundles")->type_name("")->required();
-    check->add_option("--format", options->format, "The form of the report: text, json or sarif (default: text)")
-        ->type_name("FORM")
-        ->take_last()
-        ->check([](const std::string& given) {
-            const bool isKnown = given == "text" || given == "json" || given == "sarif";
-            return isKnown ? std::string() : "--format must be one of " + std::string(kFormats);
-        });
-    check->add_flag("--json", options->isJson, "The same as --format json");
-    check->add_flag("--strict", options->isStrict, "Count warnings as errors");
-    addTextOption(*check, "--host-version", options->hostVersion, "VERSION",
-                  "Check for a host of this product version (default: the autoloader's own)");
-    addTextOption(*check, "--os", options->os, "NAME", "Check for this operating system (default: this one)");
-    addTextOption(*check, "--arch", options->architecture, "MACHINE", "Check for this machine (default: this one)");
-    addTextOption(*check, "--product", options->product, "TEXT", "Check for this product (default: TARVIX)");
-    check->footer(kExamples);
-    check->callback([options, &chosen] { chosen = [options] { return cli::check(*options); }; });
+    check.arguments("PATH", options->paths, "", "A bundle folder, or a folder of bundles", Presence::kRequired);
+    check.text("--format", options->format, "FORM", "The form of the report: text, json or sarif (default: text)",
+               [](const std::string& given) {
+                   const bool isKnown = given == "text" || given == "json" || given == "sarif";
+                   return isKnown ? std::string() : "--format must be one of " + std::string(kFormats);
+               });
+    check.flag("--json", options->isJson, "The same as --format json");
+    check.flag("--strict", options->isStrict, "Count warnings as errors");
+    check.text("--host-version", options->hostVersion, "VERSION",
+               "Check for a host of this product version (default: the autoloader's own)");
+    check.text("--os", options->os, "NAME", "Check for this operating system (default: this one)");
+    check.text("--arch", options->architecture, "MACHINE", "Check for this machine (default: this one)");
+    check.text("--product", options->product, "TEXT", "Check for this product (default: TARVIX)");
+    check.footer(kExamples);
+    check.does(chosen, [options] { return cli::check(*options); });
 }
 
 int check(const CheckOptions& options)

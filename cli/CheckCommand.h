@@ -1,7 +1,7 @@
 // "kestbundle check": bundle folders are looked through before they are shipped.
 #pragma once
 
-#include "cli/Subcommands.h"
+#include "cli/Subcommand.h"
 
 #include <string>
 #include <vector>

@@ -7,7 +7,6 @@
 #include "cli/Shown.h"
 #include "cli/Terminal.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
 namespace cli {
@@ -34,16 +33,14 @@ Exit status: 0 nothing stops it, 1 there is an error or a warning, 2 wrong use, 
 
 void addExplainCommand(CLI::App& app, Action& chosen)
 {
-    CLI::App* explain = app.add_subcommand("explain", "Say why a bundle, a command or a menu loads, or does not");
+    Subcommand explain(app, "explain", "Say why a bundle, a command or a menu loads, or does not");
     const auto options = std::make_shared<ExplainOptions>();
-    explain
-        ->add_option("SUBJECT", options->subjects,
-                     "A bundle (folder, Name or UpgradeCode), a command, or a menu (default: all bundles, in short)")
-        ->type_name("");
-    addHostOptions(*explain, options->host);
-    explain->add_flag("--json", options->json, "Write the explanation as one JSON document");
-    explain->footer(kExamples);
-    explain->callback([options, &chosen] { chosen = [options] { return cli::explain(*options); }; });
+    explain.arguments("SUBJECT", options->subjects, "",
+                      "A bundle (folder, Name or UpgradeCode), a command, or a menu (default: all bundles, in short)");
+    addHostOptions(explain, options->host);
+    explain.flag("--json", options->json, "Write the explanation as one JSON document");
+    explain.footer(kExamples);
+    explain.does(chosen, [options] { return cli::explain(*options); });
 }
 
 int explain(const ExplainOptions& options)

@@ -8,7 +8,6 @@
 #include "cli/graph/Pictures.h"
 #include "host/LocaleText.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <langinfo.h>
 #include <memory>
@@ -113,17 +112,17 @@ std::string pictureOf(const BundleGraph& graph, const GraphOptions& options)
 
 void addGraphCommand(CLI::App& app, Action& chosen)
 {
-    CLI::App* graph = app.add_subcommand("graph", "Draw the bundles and what they depend on");
+    Subcommand graph(app, "graph", "Draw the bundles and what they depend on");
     const auto options = std::make_shared<GraphOptions>();
-    addHostOptions(*graph, options->host);
-    CLI::Option* format = graph->add_option("--format", options->format, "How to draw (default: tree)");
-    format->type_name("tree|dot|mermaid|svg")->check(problemOfFormat)->take_last();
-    graph->add_flag("--commands", options->picture.commands, "Draw the commands of each bundle, too");
-    graph->add_flag("--menus", options->picture.menus, "Draw the menus of each bundle, too");
-    graph->add_flag("--json", options->json, "Write the graph as one JSON document")->excludes(format);
-    graph->add_option("bundles", options->bundles, "Draw these and what they need (default: all)")->type_name("BUNDLE");
-    graph->footer(kExamples);
-    graph->callback([options, &chosen] { chosen = [options] { return cli::graph(*options); }; });
+    addHostOptions(graph, options->host);
+    CLI::Option* const format =
+        graph.text("--format", options->format, "tree|dot|mermaid|svg", "How to draw (default: tree)", problemOfFormat);
+    graph.flag("--commands", options->picture.commands, "Draw the commands of each bundle, too");
+    graph.flag("--menus", options->picture.menus, "Draw the menus of each bundle, too");
+    graph.flag("--json", options->json, "Write the graph as one JSON document", format);
+    graph.arguments("bundles", options->bundles, "BUNDLE", "Draw these and what they need (default: all)");
+    graph.footer(kExamples);
+    graph.does(chosen, [options] { return cli::graph(*options); });
 }
 
 int graph(const GraphOptions& options)

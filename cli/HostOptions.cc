@@ -5,7 +5,6 @@
 #include "cli/OptionFolder.h"
 #include "host/LocaleText.h"
 
-#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstdlib>
 #include <system_error>
@@ -32,26 +31,15 @@ void setHome(const HostOptions& options)
 
 } // namespace
 
-CLI::Option* addTextOption(CLI::App& subcommand, const std::string& name, std::string& target, const std::string& form,
-                           const std::string& help)
+void addHostOptions(Subcommand& subcommand, HostOptions& options)
 {
-    return subcommand.add_option(name, target, help)
-        ->type_name(form)
-        ->take_last()
-        ->check(
-            [name](const std::string& given) { return given.empty() ? name + " must not be empty" : std::string(); });
-}
-
-void addHostOptions(CLI::App& subcommand, HostOptions& options)
-{
-    addTextOption(subcommand, "--home", options.home, "DIR", "Use DIR as the home folder (default: HOME)");
-    addTextOption(subcommand, "--program-dir", options.programDir, "DIR",
-                  "Use DIR as the host's program folder (default: this tool's)");
-    addTextOption(subcommand, "--vernum", options.vernum, "TEXT",
-                  "The value of VERNUM (default: what this machine is)");
-    addTextOption(subcommand, "--product", options.product, "TEXT", "The host's product name (default: TARVIX)");
-    addTextOption(subcommand, "--config", options.config, "FILE",
-                  "The configuration file (default: .config/ORRELIN/standalone.sqlite in the home folder)");
+    subcommand.text("--home", options.home, "DIR", "Use DIR as the home folder (default: HOME)");
+    subcommand.text("--program-dir", options.programDir, "DIR",
+                    "Use DIR as the host's program folder (default: this tool's)");
+    subcommand.text("--vernum", options.vernum, "TEXT", "The value of VERNUM (default: what this machine is)");
+    subcommand.text("--product", options.product, "TEXT", "The host's product name (default: TARVIX)");
+    subcommand.text("--config", options.config, "FILE",
+                    "The configuration file (default: .config/ORRELIN/standalone.sqlite in the home folder)");
 }
 
 standalone::HostSettings settingsFrom(const HostOptions& options)

@@ -8,7 +8,6 @@
 #include "cli/Terminal.h"
 #include "cli/rules/Reasons.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <vector>
@@ -33,12 +32,12 @@ Exit status: 0 every bundle loads, 1 one does not, or not all of it, 2 wrong use
 
 void addListCommand(CLI::App& app, Action& chosen)
 {
-    CLI::App* list = app.add_subcommand("list", "Say what is installed, and what becomes of each bundle");
+    Subcommand list(app, "list", "Say what is installed, and what becomes of each bundle");
     const auto options = std::make_shared<ListOptions>();
-    addHostOptions(*list, options->host);
-    list->add_flag("--json", options->json, "Write the list as one JSON document");
-    list->footer(kExamples);
-    list->callback([options, &chosen] { chosen = [options] { return cli::list(*options); }; });
+    addHostOptions(list, options->host);
+    list.flag("--json", options->json, "Write the list as one JSON document");
+    list.footer(kExamples);
+    list.does(chosen, [options] { return cli::list(*options); });
 }
 
 int list(const ListOptions& options)

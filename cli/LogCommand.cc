@@ -6,7 +6,6 @@
 #include "cli/Shown.h"
 #include "cli/Terminal.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
 namespace cli {
@@ -33,13 +32,13 @@ or none.)";
 
 void addLogCommand(CLI::App& app, Action& chosen)
 {
-    CLI::App* log = app.add_subcommand("log", "Explain what the last start wrote to the error log");
+    Subcommand log(app, "log", "Explain what the last start wrote to the error log");
     const auto options = std::make_shared<LogOptions>();
-    log->add_option("FILE", options->file, "The log (default: the one in the home folder)")->type_name("");
-    addHostOptions(*log, options->host);
-    log->add_flag("--json", options->json, "Write the log as one JSON document");
-    log->footer(kExamples);
-    log->callback([options, &chosen] { chosen = [options] { return cli::log(*options); }; });
+    log.argument("FILE", options->file, "", "The log (default: the one in the home folder)");
+    addHostOptions(log, options->host);
+    log.flag("--json", options->json, "Write the log as one JSON document");
+    log.footer(kExamples);
+    log.does(chosen, [options] { return cli::log(*options); });
 }
 
 int log(const LogOptions& options)

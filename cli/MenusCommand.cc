@@ -4,7 +4,6 @@
 #include "cli/MenusReport.h"
 #include "cli/Shown.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
 namespace cli {
@@ -29,12 +28,12 @@ by the next start or the one after it, 2 wrong use.)";
 
 void addMenusCommand(CLI::App& app, Action& chosen)
 {
-    CLI::App* menus = app.add_subcommand("menus", "Show what the next start makes of the host's list of menus");
+    Subcommand menus(app, "menus", "Show what the next start makes of the host's list of menus");
     const auto options = std::make_shared<MenusOptions>();
-    addHostOptions(*menus, options->host);
-    menus->add_flag("--json", options->json, "Write the account as one JSON document");
-    menus->footer(kExamples);
-    menus->callback([options, &chosen] { chosen = [options] { return cli::menus(*options); }; });
+    addHostOptions(menus, options->host);
+    menus.flag("--json", options->json, "Write the account as one JSON document");
+    menus.footer(kExamples);
+    menus.does(chosen, [options] { return cli::menus(*options); });
 }
 
 int menus(const MenusOptions& options)

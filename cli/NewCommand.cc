@@ -1,7 +1,6 @@
 #include "cli/NewCommand.h"
 
 #include "cli/BundleName.h"
-#include "cli/Choice.h"
 #include "cli/ExitStatus.h"
 #include "cli/HostOptions.h"
 #include "cli/InstalledPython.h"
@@ -17,7 +16,6 @@
 #include "manifest/BundleStrConst.h"
 #include "standalone/Folders.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -124,7 +122,7 @@ void make(const NewOptions& options, const std::string& parent, NewBundleReport&
     files.keep();
 }
 
-int makeNew(const NewOptions& options, bool isCheckKnown)
+int makeNew(const NewOptions& options)
 {
     NewBundleReport report;
     report.bundle = bundleFrom(options);
@@ -143,7 +141,7 @@ int makeNew(const NewOptions& options, bool isCheckKnown)
     }
     const NewPlace place{standalone::folderOf(toolFolder()), report.folder, options.install ? "" : ownBundles,
                          options.home};
-    report.next = nextSteps(report.bundle, place, python.isThere, isCheckKnown);
+    report.next = nextSteps(report.bundle, place, python.isThere);
     if (options.json) { // UTF-8 whatever the locale
         const std::string document = newBundleJson(report);
         std::fwrite(document.data(), 1, document.size(), stdout);
@@ -157,40 +155,21 @@ int makeNew(const NewOptions& options, bool isCheckKnown)
 
 void addNewCommand(CLI::App& app, Action& chosen)
 {
-    CLI::App* command = app.add_subcommand("new", "Make a bundle that loads, to begin with");
+    Subcommand command(app, "new", "Make a bundle that loads, to begin with");
     const auto options = std::make_shared<NewOptions>();
-    command->add_option("name", options->name, "The name of the bundle; \".bundle\" is added")
-        ->type_name("NAME")
-        ->required();
-    command
-        ->add_option(
-            "--kind",
-            [options](const CLI::results_t& kinds) {
-                options->kinds = kinds;
-                return true;
-            },
-            "What is in it (default: lisp); may be given more than once")
-        ->type_name("KIND")
-        ->type_size(1)
-        ->expected(1)
-        ->delimiter(',')
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->allow_extra_args(false)
-        ->check(oneOf(bundleKindNames()));
-    CLI::Option* folder =
-        addTextOption(*command, "--folder", options->folder, "DIR", "Make it in DIR (default: the current folder)");
-    command->add_flag("--install", options->install, "Make it among your own bundles, where hosts find it")
-        ->excludes(folder); // by its name it would be looked up in a function that cannot bear lack of memory
-    addTextOption(*command, "--home", options->home, "DIR", "Use DIR as the home folder (default: HOME)");
-    addTextOption(*command, "--upgrade-code", options->upgradeCode, "TEXT", "Its identity (default: a new GUID)");
-    command->add_flag("--requirements", options->requirements, "Ask for a host like that of this machine");
-    command->add_flag("--json", options->json, "Say what was made as one JSON document");
-    command->footer(kExamples);
-    command->callback([options, &app, &chosen] {
-        const bool isCheckKnown =
-            !app.get_subcommands([](const CLI::App* one) { return one->get_name() == "check"; }).empty();
-        chosen = [options, isCheckKnown] { return makeNew(*options, isCheckKnown); };
-    });
+    command.argument("name", options->name, "NAME", "The name of the bundle; \".bundle\" is added",
+                     Presence::kRequired);
+    command.choices("--kind", options->kinds, "KIND", "What is in it (default: lisp); may be given more than once",
+                    bundleKindNames());
+    CLI::Option* const folder =
+        command.text("--folder", options->folder, "DIR", "Make it in DIR (default: the current folder)");
+    command.flag("--install", options->install, "Make it among your own bundles, where hosts find it", folder);
+    command.text("--home", options->home, "DIR", "Use DIR as the home folder (default: HOME)");
+    command.text("--upgrade-code", options->upgradeCode, "TEXT", "Its identity (default: a new GUID)");
+    command.flag("--requirements", options->requirements, "Ask for a host like that of this machine");
+    command.flag("--json", options->json, "Say what was made as one JSON document");
+    command.footer(kExamples);
+    command.does(chosen, [options] { return makeNew(*options); });
 }
 
 } // namespace cli

@@ -1,7 +1,7 @@
 // The subcommand "new": makes a bundle that loads, to begin with.
 #pragma once
 
-#include "cli/Subcommands.h"
+#include "cli/Subcommand.h"
 
 namespace cli {
 

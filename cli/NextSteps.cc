@@ -46,7 +46,7 @@ std::string run(const NewBundle& bundle, const NewPlace& place)
 
 } // namespace
 
-std::vector<NextStep> nextSteps(const NewBundle& bundle, const NewPlace& place, bool isPythonThere, bool isCheckKnown)
+std::vector<NextStep> nextSteps(const NewBundle& bundle, const NewPlace& place, bool isPythonThere)
 {
     std::vector<NextStep> steps;
     if (bundle.kinds.contains(BundleKind::kNative)) {
@@ -58,9 +58,7 @@ std::vector<NextStep> nextSteps(const NewBundle& bundle, const NewPlace& place, 
     if (bundle.kinds.contains(BundleKind::kPython) && !isPythonThere) {
         steps.push_back({"prepare", "apt-get install lib" + bundle.pythonVersion + "-dev"});
     }
-    if (isCheckKnown) {
-        steps.push_back({"check", "kestbundle check " + word(place.bundle)});
-    }
+    steps.push_back({"check", "kestbundle check " + word(place.bundle)});
     if (!place.ownBundles.empty()) {
         const std::string own = word(place.ownBundles);
         steps.push_back({"install", "mkdir -p " + own + " && ln -s " + word(place.bundle) + " " + own});

@@ -24,6 +24,6 @@ struct NewPlace
     std::string home;       ///< as the option "--home" gave it
 };
 
-std::vector<NextStep> nextSteps(const NewBundle& bundle, const NewPlace& place, bool isPythonThere, bool isCheckKnown);
+std::vector<NextStep> nextSteps(const NewBundle& bundle, const NewPlace& place, bool isPythonThere);
 
 } // namespace cli

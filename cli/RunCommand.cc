@@ -11,7 +11,6 @@
 #include "cli/Shown.h"
 #include "host/LocaleText.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <optional>
 
@@ -62,25 +61,15 @@ int runAndReport(const RunOptions& options, RunSession& session)
 
 void addRunCommand(CLI::App& app, Action& chosen)
 {
-    CLI::App* run = app.add_subcommand("run", "Start the stand-alone host with the installed bundles and report");
+    Subcommand run(app, "run", "Start the stand-alone host with the installed bundles and report");
     const auto options = std::make_shared<RunOptions>();
-    addHostOptions(*run, options->host);
-    run->add_option(
-           "--command",
-           [options](const CLI::results_t& names) {
-               options->commands = names;
-               return true;
-           },
-           "Run the command NAME after the start; may be given more than once")
-        ->type_name("NAME")
-        ->type_size(1)
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->allow_extra_args(false);
-    run->add_flag("--interactive", options->interactive, "Then read command names from standard input");
-    run->add_flag("--json", options->json, "Write the report as one JSON document");
-    run->footer(kExamples);
-    run->callback([options, &chosen] { chosen = [options] { return cli::run(*options); }; });
+    addHostOptions(run, options->host);
+    run.texts("--command", options->commands, "NAME",
+              "Run the command NAME after the start; may be given more than once");
+    run.flag("--interactive", options->interactive, "Then read command names from standard input");
+    run.flag("--json", options->json, "Write the report as one JSON document");
+    run.footer(kExamples);
+    run.does(chosen, [options] { return cli::run(*options); });
 }
 
 int run(const RunOptions& options)

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/HostOptions.h"
-#include "cli/Subcommands.h"
+#include "cli/Subcommand.h"
 
 #include <string>
 #include <vector>

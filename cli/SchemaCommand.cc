@@ -3,7 +3,6 @@
 #include "cli/ExitStatus.h"
 #include "cli/ManifestSchema.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdio>
 
 namespace cli {
@@ -26,15 +25,13 @@ Exit status: 0 all went well, 1 standard output could not be written,
 
 void addSchemaCommand(CLI::App& app, Action& chosen)
 {
-    CLI::App* schema = app.add_subcommand("schema", "Print an XML schema (XSD 1.0) of the manifest, for editors");
-    schema->footer(kExamples);
-    schema->callback([&chosen] {
-        chosen = [] {
-            // Not by the locale: the document says that it is UTF-8.
-            const std::string text = manifestSchema();
-            std::fwrite(text.data(), 1, text.size(), stdout);
-            return kAllWell;
-        };
+    Subcommand schema(app, "schema", "Print an XML schema (XSD 1.0) of the manifest, for editors");
+    schema.footer(kExamples);
+    schema.does(chosen, [] {
+        // Not by the locale: the document says that it is UTF-8.
+        const std::string text = manifestSchema();
+        std::fwrite(text.data(), 1, text.size(), stdout);
+        return kAllWell;
     });
 }
 

@@ -1,7 +1,7 @@
 // The subcommand "schema": prints the XML schema of manifests.
 #pragma once
 
-#include "cli/Subcommands.h"
+#include "cli/Subcommand.h"
 
 namespace cli {
 

@@ -1,18 +1,15 @@
 // All subcommands of the tool, in the order in which its help lists them.
 #pragma once
 
-#include <functional>
+#include "cli/Subcommand.h"
+
 #include <string>
 
 namespace CLI {
-class App;
 class ParseError;
 } // namespace CLI
 
 namespace cli {
-
-/// What a subcommand does once the command line is understood; returns the exit status. Throws WrongUse.
-using Action = std::function<int()>;
 
 /// Gives `app` the tool's name, options and subcommands. When it is parsed, the subcommand that was called sets
 /// `chosen`, which must outlive `app`.
