@@ -2,7 +2,8 @@
 
 #include "host/LocaleText.h"
 
-#include <cwchar>
+#include <algorithm>
+#include <string_view>
 
 namespace {
 
@@ -11,8 +12,8 @@ std::wstring_view extensionOf(const CStdStr<wchar_t>& path)
 {
     const std::size_t point = path.rfind(L'.');
     const std::size_t begin = point == std::wstring::npos ? 0 : point;
-    const std::size_t end = std::wcslen(path.c_str());
-    return end < begin ? std::wstring_view() : std::wstring_view(path).substr(begin, end - begin);
+    const std::wstring_view visible = path.c_str();
+    return visible.substr(std::min(begin, visible.size()));
 }
 
 } // namespace
