@@ -50,14 +50,14 @@ CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::s
 
 } // namespace
 
-Subcommand::Subcommand(CLI::App& tool, const std::string& name, const std::string& description)
-    : app(*tool.add_subcommand(name, description))
+Subcommand::Subcommand(CLI::App& app, const std::string& name, const std::string& description)
+    : parser(*app.add_subcommand(name, description))
 {
 }
 
 void Subcommand::flag(const std::string& name, bool& target, const std::string& help, CLI::Option* other)
 {
-    CLI::Option* const added = app.add_flag(name, target, help);
+    CLI::Option* const added = parser.add_flag(name, target, help);
     if (other != nullptr) {
         added->excludes(other); // by its name it would be looked up in a function that cannot bear lack of memory
     }
@@ -71,41 +71,41 @@ CLI::Option* Subcommand::text(const std::string& name, std::string& target, cons
             return given.empty() ? name + " must not be empty" : std::string();
         };
     }
-    return app.add_option(name, target, help)->type_name(form)->take_last()->check(std::move(check));
+    return parser.add_option(name, target, help)->type_name(form)->take_last()->check(std::move(check));
 }
 
 void Subcommand::texts(const std::string& name, std::vector<std::string>& target, const std::string& form,
                        const std::string& help)
 {
-    addTexts(app, name, target, form, help);
+    addTexts(parser, name, target, form, help);
 }
 
 void Subcommand::choices(const std::string& name, std::vector<std::string>& target, const std::string& form,
                          const std::string& help, const std::vector<std::string>& choices)
 {
-    addTexts(app, name, target, form, help)->delimiter(',')->check(oneOf(choices));
+    addTexts(parser, name, target, form, help)->delimiter(',')->check(oneOf(choices));
 }
 
 void Subcommand::argument(const std::string& name, std::string& target, const std::string& form,
                           const std::string& help, Presence presence)
 {
-    app.add_option(name, target, help)->type_name(form)->required(presence == Presence::kRequired);
+    parser.add_option(name, target, help)->type_name(form)->required(presence == Presence::kRequired);
 }
 
 void Subcommand::arguments(const std::string& name, std::vector<std::string>& target, const std::string& form,
                            const std::string& help, Presence presence)
 {
-    app.add_option(name, target, help)->type_name(form)->required(presence == Presence::kRequired);
+    parser.add_option(name, target, help)->type_name(form)->required(presence == Presence::kRequired);
 }
 
 void Subcommand::footer(const std::string& text)
 {
-    app.footer(text);
+    parser.footer(text);
 }
 
 void Subcommand::does(Action& chosen, Action action)
 {
-    app.callback([&chosen, action = std::move(action)] { chosen = action; });
+    parser.callback([&chosen, action = std::move(action)] { chosen = action; });
 }
 
 } // namespace cli

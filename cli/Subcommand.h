@@ -64,7 +64,7 @@ public:
     void does(Action& chosen, Action action);
 
 private:
-    CLI::App& app;
+    CLI::App& parser;
 };
 
 } // namespace cli
