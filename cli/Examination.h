@@ -77,6 +77,7 @@ struct ExaminedBundle
     standalone::ManifestRead read;
     ManifestRecords records;
     std::vector<ExaminedComponent> components;
+    bool hadMenuTurn = false;        ///< its menus were asked for, if it has any
     std::vector<std::string> logged; ///< the error log's messages about its manifest, as in ErrorLogRecord
 
     bool isKept() const

@@ -52,6 +52,21 @@ private:
     int folder;
 };
 
+/// The bundles that get their turn when menus are gathered, which leaves no trace of its own in bundles without menus:
+/// the autoloader's order once more, with its condition that each UpgradeCode counts once.
+std::set<const KestBundle*> bundlesWithMenuTurn(KestBundleManager& manager)
+{
+    std::set<const KestBundle*> bundles;
+    std::set<std::wstring_view> placed;
+    manager.attemptInDependencyOrder(
+        {}, [&](const KestBundle& bundle) { return placed.contains(bundle.package.upgradeCode); },
+        [&](const KestBundle& bundle) {
+            bundles.insert(&bundle);
+            return placed.insert(bundle.package.upgradeCode).second;
+        });
+    return bundles;
+}
+
 } // namespace
 
 Examiner::Examiner(standalone::HostSettings settings)
@@ -143,8 +158,9 @@ void Examiner::takeLog()
     }
 }
 
-void Examiner::takeBundles(const KestBundleManager& manager)
+void Examiner::takeBundles(KestBundleManager& manager)
 {
+    const std::set<const KestBundle*> withMenuTurn = bundlesWithMenuTurn(manager);
     auto kept = std::find_if(manager.bundles.begin(), manager.bundles.end(),
                              [](const KestBundle* bundle) { return !bundle->xmlPath.empty(); });
     for (std::size_t index = 0; index < std::min(manager.bundlePaths.size(), manager.manifestPaths.size()); ++index) {
@@ -156,6 +172,7 @@ void Examiner::takeBundles(const KestBundleManager& manager)
             bundle.logged = found->second;
         }
         if (kept != manager.bundles.end() && (*kept)->xmlPath == bundle.manifest) {
+            bundle.hadMenuTurn = withMenuTurn.contains(*kept);
             take(bundle, **kept++);
         } else { // its records are gone with it: read once more, as far as the autoloader read
             KestBundle dropped(bundle.folder, bundle.manifest);
@@ -206,7 +223,8 @@ void Examiner::judge(ExaminedComponent& component, bool isReached)
 {
     const KestComponentEntry& entry = component.record;
     if (entry.loadsAtStartup()) {
-        if (const auto found = conversions.find(entry.moduleName); found != conversions.end()) {
+        const auto found = conversions.find(entry.moduleName);
+        if (found != conversions.end() && (found->second.converted.empty() || isRegistered(found->second.converted))) {
             component.menu = found->second.converted;
             component.problem = found->second.problem;
             component.outcome = component.menu.empty() ? ComponentOutcome::kMenuFailed : ComponentOutcome::kMenu;

@@ -40,7 +40,7 @@ private:
     void takeMenus();
     void takeReadings();
     void takeLog();
-    void takeBundles(const KestBundleManager& manager);
+    void takeBundles(KestBundleManager& manager);
     void take(ExaminedBundle& bundle, const KestBundle& read);
     BundleState stateOf(const ExaminedBundle& bundle, const KestBundle& kept) const;
     void judge(ExaminedComponent& component, bool isReached);

@@ -3,6 +3,7 @@
 #include "cli/MenuDifference.h"
 #include "cli/Shown.h"
 #include "cli/rules/LoadFindings.h"
+#include "cli/rules/MenuTurn.h"
 
 #include "host/LocaleText.h"
 #include "manifest/BundleStrConst.h"
@@ -36,11 +37,13 @@ std::string subjectOf(const ComponentInput& component)
 void addNotAtStartup(const ComponentInput& component, Findings& findings)
 {
     const bool isFlag = component.record().loadCtrlFlag != 1;
-    Finding finding = component.finding(
-        kMenuNotAtStartup, isFlag ? BundleStrConst::entry_LoadCtrlFlag : BundleStrConst::entry_LoadStartup,
-        "The menu " + subjectOf(component) +
-            " is not to be loaded at start-up, and menus are registered only then; a command does "
-            "not load it either.");
+    const std::wstring& attribute = isFlag ? BundleStrConst::entry_LoadCtrlFlag : BundleStrConst::entry_LoadStartup;
+    Finding finding =
+        component.finding(kMenuNotAtStartup, attribute,
+                          "The menu " + subjectOf(component) +
+                              " is not to be loaded at start-up, and menus are registered only then; a command does "
+                              "not load it either.");
+    finding.found = named(component.text(attribute).value_or(L""));
     finding.expected = isFlag ? "\"1\", or no LoadCtrlFlag" : "LoadOnTARVIXStartup=\"True\", or none";
     const bool isOnDemand = (component.record().loadFlags & KestComponentEntry::kLoadStartup) == 0;
     finding.mend = !isOnDemand ? "Remove LoadCtrlFlag."
@@ -49,23 +52,32 @@ void addNotAtStartup(const ComponentInput& component, Findings& findings)
     findings.push_back(std::move(finding));
 }
 
-/// Why the bundle never gets its turn when menus are registered.
-std::string whyNotPlaced(const BundleInput& input)
+/// Why the menus of the bundle are not registered.
+std::string whyNotRegistered(const BundleInput& input, const MissedMenuTurn& missed)
 {
-    const auto& same = input.all.dependencies.keptWith(input.bundle.records.package.upgradeCode);
-    const auto winner = std::find_if(same.begin(), same.end(), [&](const ExaminedBundle* one) {
-        return one != &input.bundle && std::any_of(one->components.begin(), one->components.end(), isPlaced);
-    });
-    if (winner != same.end()) {
+    if (missed.twin != nullptr) {
         const std::wstring& code = input.bundle.records.package.upgradeCode;
-        return named((*winner)->folder) +
+        return named(missed.twin->folder) +
                (code.empty() ? " has no UpgradeCode either" : " has the same UpgradeCode, " + named(code) + ",") +
                " and comes first";
     }
-    if (!input.bundle.records.dependencies.empty()) {
-        return "a bundle that it depends on is missing, or waits too";
+    if (missed.dependency != nullptr) {
+        return "its bundle depends on the UpgradeCode " + named(missed.dependency->upgradeCode) +
+               ", and no bundle with that gets its turn";
     }
-    return "another bundle has the same UpgradeCode, " + named(input.bundle.records.package.upgradeCode);
+    return "the host's list of menus is not brought up to date";
+}
+
+void addNotRegistered(const ComponentInput& component, Findings& findings)
+{
+    const MissedMenuTurn missed = missedMenuTurnOf(component.input.all.dependencies, component.input.bundle);
+    Finding finding = component.finding(kMenuNotRegistered, BundleStrConst::entry_ModuleName,
+                                        "The menu " + subjectOf(component) +
+                                            " is not registered: " + whyNotRegistered(component.input, missed) + ".");
+    finding.mend = missed.twin != nullptr || missed.dependency != nullptr
+                       ? "Mend what is said about the bundle's UpgradeCode or dependencies."
+                       : "Mend what \"kestbundle explain\" says about the host.";
+    findings.push_back(std::move(finding));
 }
 
 void addPlaced(const ComponentInput& component, Findings& findings)
@@ -110,8 +122,10 @@ void addEmptyEntries(const BundleInput& input, Findings& findings)
         if (isBehindMenu && component.record.loadsAtStartup() && component.outcome != ComponentOutcome::kMenu) {
             const ComponentInput one{input, index};
             Finding finding = one.finding(kEmptyMenuEntry, L"",
-                                          "This component stands behind a menu and gives none, so it leaves an empty "
-                                          "entry in the host's list of menus.");
+                                          (component.record.moduleName.empty() ? "A component without a file"
+                                                                               : "The component " + subjectOf(one)) +
+                                              " stands behind a menu and gives none, so it leaves an empty entry in "
+                                              "the host's list of menus.");
             finding.mend = isMenu(component) ? "Mend the menu file." : "Put the menus behind all other components.";
             findings.push_back(std::move(finding));
         }
@@ -142,11 +156,7 @@ void addMenuFindings(const BundleInput& input, Findings& findings)
         } else if (isPlaced(component.facts())) {
             addPlaced(component, findings);
         } else {
-            Finding finding = component.finding(kMenuNotRegistered, BundleStrConst::entry_ModuleName,
-                                                "The menu " + subjectOf(component) +
-                                                    " is not registered: " + whyNotPlaced(input) + ".");
-            finding.mend = "Mend what is said about the bundle's UpgradeCode or dependencies.";
-            findings.push_back(std::move(finding));
+            addNotRegistered(component, findings);
         }
     }
     addEmptyEntries(input, findings);

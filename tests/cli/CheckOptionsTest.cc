@@ -152,4 +152,18 @@ TEST_F(CheckOptionsTest, ValuesThatCannotBeMeantAreRefused)
                        "--help\" for how it is used.\n"}));
 }
 
+TEST_F(CheckOptionsTest, AMenuIsNotSaidToWaitForABundleThatIsTakenForGranted)
+{
+    write(path("Tools.bundle/tools.cuix"), "x");
+    write(path("Tools.bundle/PackageContents.xml"),
+          "<ApplicationPackage Name=\"Tools\" AppVersion=\"1\" UpgradeCode=\"{T}\"><DependentBundles>"
+          "<DependentBundle UpgradeCode=\"{OTHER}\"/><DependentBundle UpgradeCode=\"{T}\"/></DependentBundles>"
+          "<Components><ComponentEntry ModuleName=\"./tools.cuix\"/></Components></ApplicationPackage>");
+    const ToolRun done = check({"Tools.bundle"});
+    EXPECT_NE(done.output.find("The menu \"./tools.cuix\" is not registered: its bundle depends on the UpgradeCode "
+                               "\"{T}\", and no bundle with that gets its turn. [KB702 "),
+              std::string::npos)
+        << done;
+}
+
 } // namespace

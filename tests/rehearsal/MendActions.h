@@ -77,6 +77,7 @@ bool putMenusLast(const Told& told, const MendTree& tree);
 // The host's list of menus.
 bool takeEmptyEntriesOut(const Told& told, const MendTree& tree);
 bool renameHostMenu(const Told& told, const MendTree& tree);
+bool moveConfigurationAway(const Told& told, const MendTree& tree);
 
 // What other findings tell.
 bool mendNamedBundle(const Told& told, const MendTree& tree);

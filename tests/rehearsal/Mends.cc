@@ -103,6 +103,7 @@ const std::vector<Mend>& allMends()
 
         {&kMenuNotAtStartup, "Remove ", removeAttributesOfText},
         {&kMenuNotRegistered, "Mend what is said about the bundle's UpgradeCode or dependencies", mendOwnBundle},
+        {&kMenuNotRegistered, "says about the host", moveConfigurationAway},
         {&kEmptyMenuEntry, "Put the menus behind all other components", putMenusLast, true},
         {&kEmptyMenuEntry, "Mend the menu file", makeFileSound},
         {&kEntriesRunTogether, "Take the empty entries out of the host's list of menus", takeEmptyEntriesOut},

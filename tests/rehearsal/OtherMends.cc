@@ -83,6 +83,11 @@ bool renameHostMenu(const Told& told, const MendTree& tree)
     });
 }
 
+bool moveConfigurationAway(const Told& /*told*/, const MendTree& tree)
+{
+    return fs::remove(tree.configuration);
+}
+
 bool mendNamedBundle(const Told& told, const MendTree& tree)
 {
     for (const auto& [folder, state] : tree.look().states) {
