@@ -1,6 +1,8 @@
 // What the tool has to say about a bundle: a rule that has something against it, and where.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +43,7 @@ struct Finding
     const Rule* rule = nullptr;
     std::wstring bundle;  ///< the bundle folder that it is about
     std::wstring subject; ///< what it is about more closely: a module path, a command, a menu; may be empty
+    std::optional<std::size_t> component; ///< its position in the bundle, when it is about one; paths may be repeated
     Place place;
     std::string what;     ///< what is wrong, with the offending text in it
     std::string expected; ///< may be empty, like the next two

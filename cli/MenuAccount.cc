@@ -1,6 +1,6 @@
 #include "cli/MenuAccount.h"
 
-#include "cli/MenuReasons.h"
+#include "cli/MenuFindings.h"
 #include "menus/MenuKind.h"
 
 #include <algorithm>
@@ -90,12 +90,10 @@ void attribute(const Examination& examination, std::vector<MenuEntry*> list)
     }
 }
 
+/// What the update does to the first entry.
 std::string explanationOf(const MenuEntry& entry, const Examination& examination, bool isFirst)
 {
-    if (entry.origin == MenuOrigin::kBundle && entry.component != nullptr) {
-        return reasonOfEntry(*entry.component, entry.entry);
-    }
-    if (!entry.entry.empty() || entry.change == Change::kRemoved) {
+    if (entry.component != nullptr || !entry.entry.empty() || entry.change == Change::kRemoved) {
         return "";
     }
     const bool wasEmpty = !examination.hostMenus.before || examination.hostMenus.before->empty();
@@ -107,14 +105,14 @@ std::string explanationOf(const MenuEntry& entry, const Examination& examination
                : "";
 }
 
-void noteUnregistered(MenuAccount& account, const Examination& examination)
+void noteUnregistered(MenuAccount& account, const Examination& examination, MenuFindings& findings)
 {
     for (const ExaminedBundle& bundle : examination.bundles) {
         for (const ExaminedComponent& component : bundle.components) {
-            if (component.menu.empty() && menuKindOf(component.record.moduleName) != MenuKind::kOther) {
-                account.unregistered.push_back({&bundle, &component, reasonAgainst(examination, bundle, component)});
-            } else if (component.menu.find(L';') != std::wstring::npos) {
-                account.unregistered.push_back({&bundle, &component, reasonOfEntry(component, L"")});
+            const bool isLeftOut =
+                component.menu.empty() && menuKindOf(component.record.moduleName) != MenuKind::kOther;
+            if (isLeftOut || component.menu.find(L';') != std::wstring::npos) {
+                account.unregistered.push_back({&bundle, &component, findings.against(bundle, component)});
             }
         }
     }
@@ -138,7 +136,7 @@ MenuAccount menuAccount(const Examination& examination)
         isDamage.insert(damage.now);
     }
     for (const MenuDifference::Line& line : difference.lines) {
-        MenuEntry entry{line.change, line.entry, MenuOrigin::kHost, nullptr, nullptr, ""};
+        MenuEntry entry{line.change, line.entry, MenuOrigin::kHost, nullptr, nullptr, "", {}};
         if (line.change == Change::kRemoved && isEarlier.contains(line.entry)) {
             entry.origin = MenuOrigin::kEarlierStart;
         } else if (line.change != Change::kRemoved && !line.entry.empty() && isDamage.contains(line.entry)) {
@@ -152,11 +150,16 @@ MenuAccount menuAccount(const Examination& examination)
         last.push_back(&account.entries[at]);
     }
     attribute(examination, std::move(last));
+    MenuFindings findings(examination);
     const std::size_t firstOfList = account.entries.size() - account.after;
     for (std::size_t at = 0; at < account.entries.size(); ++at) {
-        account.entries[at].why = explanationOf(account.entries[at], examination, at == firstOfList);
+        MenuEntry& entry = account.entries[at];
+        entry.why = explanationOf(entry, examination, at == firstOfList);
+        if (entry.component != nullptr) {
+            entry.findings = findings.ofEntry(*entry.bundle, *entry.component, entry.entry);
+        }
     }
-    noteUnregistered(account, examination);
+    noteUnregistered(account, examination, findings);
     return account;
 }
 

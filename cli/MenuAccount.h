@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/Examination.h"
+#include "cli/Finding.h"
 #include "cli/MenuDifference.h"
 
 #include <string>
@@ -27,7 +28,8 @@ struct MenuEntry
     MenuOrigin origin = MenuOrigin::kHost;
     const ExaminedBundle* bundle = nullptr;       ///< of kBundle, unless nobody can say
     const ExaminedComponent* component = nullptr; ///< the same
-    std::string why;                              ///< UTF-8, a sentence, where there is something to explain
+    std::string why;                              ///< UTF-8, a sentence, where the update itself is to be explained
+    Findings findings;                            ///< what the rules say about it
 };
 
 /// A menu file that a bundle names and that no start registers.
@@ -35,7 +37,7 @@ struct UnregisteredMenu
 {
     const ExaminedBundle* bundle;
     const ExaminedComponent* component;
-    std::string reason; ///< UTF-8, a sentence
+    Findings findings; ///< why: the chief one first, then what that refers to
 };
 
 /// What an update of the list does to entries that it should leave alone.

@@ -3,6 +3,7 @@
 #include "cli/ExitStatus.h"
 #include "cli/MenusReport.h"
 #include "cli/Shown.h"
+#include "cli/Terminal.h"
 
 #include <memory>
 
@@ -42,7 +43,7 @@ int menus(const MenusOptions& options)
     const MenuAccount account = menuAccount(examination);
     const int status = isAllWell(examination, account) ? kAllWell : kSomethingFailed;
     options.json ? printUtf8(stdout, menusJson(examination, account, status))
-                 : print(stdout, menusText(examination, account));
+                 : print(stdout, menusText(examination, account, hasColours()));
     return status;
 }
 

@@ -1,4 +1,5 @@
 // The account of the menus for programs; docs/menus-json.md describes it.
+#include "cli/FindingJson.h"
 #include "cli/MenusReport.h"
 #include "cli/Shown.h"
 
@@ -46,7 +47,8 @@ Json jsonOf(const MenuEntry& entry)
             {"component", textOrNull(component != nullptr ? plainUtf8(component->record.moduleName) : "")},
             {"isConverted",
              component != nullptr && !component->menu.empty() && component->menu != component->record.moduleName},
-            {"why", textOrNull(entry.why)}};
+            {"why", textOrNull(entry.findings.empty() ? entry.why : entry.findings.front().what)},
+            {"findings", findingsJson(entry.findings)}};
 }
 
 Json jsonOf(const std::vector<MenuDamage>& all)
@@ -73,7 +75,8 @@ std::string menusJson(const Examination& examination, const MenuAccount& account
     for (const UnregisteredMenu& menu : account.unregistered) {
         unregistered.push_back({{"bundle", plainUtf8(menu.bundle->folder)},
                                 {"component", plainUtf8(menu.component->record.moduleName)},
-                                {"reason", menu.reason}});
+                                {"reason", menu.findings.empty() ? "" : menu.findings.front().what},
+                                {"findings", findingsJson(menu.findings)}});
     }
     const Json document = {{"format", 1},
                            {"version", KEST_VERSION},

@@ -1,5 +1,6 @@
 #include "cli/MenusReport.h"
 
+#include "cli/FindingText.h"
 #include "cli/ReportLines.h"
 #include "cli/Shown.h"
 
@@ -39,7 +40,23 @@ std::string sourceOf(const MenuEntry& entry)
     return "of " + shown(entry.bundle->folder) + (isConverted ? "\n      converted from " + shown(source) : "");
 }
 
-std::string linesOf(const MenuEntry& entry)
+/// `findings` as everywhere, below an entry.
+std::string findingLines(const Findings& findings, bool hasColours)
+{
+    constexpr std::string_view kMargin = "    ";
+    std::string text;
+    for (const Finding& finding : findings) {
+        const std::string lines = findingText(finding, hasColours);
+        for (std::size_t at = 0; at < lines.size();) {
+            const std::size_t end = lines.find('\n', at) + 1;
+            text.append(kMargin).append(lines, at, end - at);
+            at = end;
+        }
+    }
+    return text;
+}
+
+std::string linesOf(const MenuEntry& entry, bool hasColours)
 {
     constexpr char kSigns[] = {' ', '-', '+'};
     std::string text =
@@ -47,7 +64,8 @@ std::string linesOf(const MenuEntry& entry)
     if (const std::string source = sourceOf(entry); !source.empty()) {
         text += furtherLine(source);
     }
-    return entry.why.empty() ? text : text + furtherLine(entry.why);
+    text += entry.why.empty() ? "" : furtherLine(entry.why);
+    return text + findingLines(entry.findings, hasColours);
 }
 
 std::string damageText(const MenuDamage& damage)
@@ -83,11 +101,11 @@ std::string damageSection(const char* heading, const std::vector<MenuDamage>& al
     return text;
 }
 
-std::string unregisteredSection(const MenuAccount& account)
+std::string unregisteredSection(const MenuAccount& account, bool hasColours)
 {
     std::string text = account.unregistered.empty() ? "" : "\nMenus of bundles that are not registered:\n";
     for (const UnregisteredMenu& menu : account.unregistered) {
-        text += "  " + shown(menu.component->record.moduleName) + "\n" + furtherLine(menu.reason);
+        text += "  " + shown(menu.component->record.moduleName) + "\n" + findingLines(menu.findings, hasColours);
     }
     return text;
 }
@@ -100,15 +118,15 @@ bool isAllWell(const Examination& examination, const MenuAccount& account)
            account.damage.empty() && account.damageLater.empty();
 }
 
-std::string menusText(const Examination& examination, const MenuAccount& account)
+std::string menusText(const Examination& examination, const MenuAccount& account, bool hasColours)
 {
     std::string text = "The host's list of menus: " + counted(account.before, "entry", "entries") + " now, " +
                        std::to_string(account.after) + " after the next start.\n";
     text += account.entries.empty() ? "" : "\n";
     for (const MenuEntry& entry : account.entries) {
-        text += linesOf(entry);
+        text += linesOf(entry, hasColours);
     }
-    text += unregisteredSection(account);
+    text += unregisteredSection(account, hasColours);
     text += damageSection("Damaged by the next start:", account.damage);
     text += damageSection("Damaged by the start after that:", account.damageLater);
     if (!account.damage.empty() || !account.damageLater.empty()) {

@@ -11,7 +11,7 @@ namespace cli {
 bool isAllWell(const Examination& examination, const MenuAccount& account);
 
 /// A report in UTF-8.
-std::string menusText(const Examination& examination, const MenuAccount& account);
+std::string menusText(const Examination& examination, const MenuAccount& account, bool hasColours);
 
 /// One JSON document, as docs/menus-json.md describes it. `exitStatus` is what the tool returns.
 std::string menusJson(const Examination& examination, const MenuAccount& account, int exitStatus);

@@ -27,6 +27,7 @@ struct ComponentInput
     {
         Finding one = findingOf(rule, input.bundle, input.places.ofComponent(index, attribute), std::move(what));
         one.subject = record().moduleName;
+        one.component = index;
         return one;
     }
 };

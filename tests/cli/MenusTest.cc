@@ -61,7 +61,9 @@ TEST_F(MenusTest, OfAMenuThatCannotBeConvertedTheFileIsToBeMendedAndNotItsPlace)
     const ToolRun done = menus();
     EXPECT_NE(done.output.find(R"(  + (an empty entry)
       of /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle
-      "/T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/old.mnu" is a menu that cannot be converted; behind a menu of its bundle it leaves an empty entry. Mend the menu file.
+      note KB703 empty-menu-entry, PackageContents.xml:3:54
+        The component "./old.mnu" stands behind a menu and gives none, so it leaves an empty entry in the host's list of menus.
+        change    Mend the menu file.
 )"),
               std::string::npos)
         << done;
@@ -128,11 +130,78 @@ TEST_F(MenusTest, AComponentWithoutAPathIsNoMenuAndLeavesAnEmptyEntry)
       of /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle
   + (an empty entry)
       of /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle
-      A component without a ModuleName that begins with "./" loads at start-up and is no menu; behind a menu of its bundle it leaves an empty entry. Name the menus behind all other components.
+      note KB703 empty-menu-entry, PackageContents.xml:3:54
+        A component without a file stands behind a menu and gives none, so it leaves an empty entry in the host's list of menus.
+        change    Put the menus behind all other components.
 
 Nothing was written.
 )",
                                 ""}));
+}
+
+TEST_F(MenusTest, OfComponentsWithOneMenuEachThatIsNotRegisteredHasItsOwnFinding)
+{
+    install("A.bundle", manifestOf("<Components>\n<ComponentEntry ModuleName=\"./one.cuix\"/>\n"
+                                   "<ComponentEntry ModuleName=\"./one.cuix\" LoadCtrlFlag=\"2\"/>\n"
+                                   "<ComponentEntry ModuleName=\"./one.cuix\" LoadOnTARVIXStartup=\"False\"/>\n"
+                                   "</Components>",
+                                   "A"));
+    EXPECT_EQ(menus(), (ToolRun{1, R"(The host's list of menus: 0 entries now, 2 after the next start.
+
+  + (an empty entry)
+      The bundles' menus are appended behind a ";", also to an empty list.
+  + /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/one.cuix
+      of /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle
+
+Menus of bundles that are not registered:
+  /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/one.cuix
+      error KB701 menu-not-at-startup, PackageContents.xml:5:41
+        The menu "./one.cuix" is not to be loaded at start-up, and menus are registered only then; a command does not load it either.
+        expected  "1", or no LoadCtrlFlag
+        found     "2"
+        change    Remove LoadCtrlFlag.
+  /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/one.cuix
+      error KB701 menu-not-at-startup, PackageContents.xml:6:41
+        The menu "./one.cuix" is not to be loaded at start-up, and menus are registered only then; a command does not load it either.
+        expected  LoadOnTARVIXStartup="True", or none
+        found     "False"
+        change    Remove LoadOnTARVIXStartup and LoadOnCommandInvocation.
+
+Nothing was written.
+)",
+                                ""}));
+}
+
+TEST_F(MenusTest, ABundleWithoutMenusOfItsOwnTakesTheTurnOfItsUpgradeCodeAllTheSame)
+{
+    install("A.bundle", manifestOf(startupEntry("./a.lsp"), "same"));
+    install("B.bundle", manifestOf(startupEntry("./b.lsp"), "needed"));
+    install("C.bundle", manifestOf("<DependentBundles><DependentBundle UpgradeCode=\"needed\"/></DependentBundles>" +
+                                       startupEntry("./one.cuix"),
+                                   "same"));
+    const json unregistered = json::parse(menus({"--json"}).output)["unregistered"];
+    ASSERT_EQ(unregistered.size(), 1U);
+    EXPECT_EQ(unregistered[0]["reason"],
+              "The menu \"./one.cuix\" is not registered: \"/T/home/.config/ORRELIN/ApplicationPlugins/A.bundle\" has "
+              "the same UpgradeCode, \"same\", and comes first.");
+    EXPECT_EQ(unregistered[0]["findings"][0]["code"], "KB702");
+    EXPECT_EQ(unregistered[0]["findings"][1]["code"], "KB410");
+    EXPECT_EQ(unregistered[0]["findings"].size(), 2U);
+}
+
+TEST_F(MenusTest, WhatADroppedBundleRequiresInVainIsSaidOfItsMenusOneByOne)
+{
+    install("A.bundle", manifestOf(startupEntry("./one.cuix") + // what stands behind a requirement is not read
+                                       "<RuntimeRequirements OS=\"Plan9\" Platform=\"OTHER\" Architecture=\"test\" "
+                                       "SeriesMin=\"none\"/>",
+                                   "A"));
+    const json unregistered = json::parse(menus({"--json"}).output)["unregistered"];
+    ASSERT_EQ(unregistered.size(), 1U);
+    std::vector<std::string> codes;
+    for (const json& finding : unregistered[0]["findings"]) {
+        codes.push_back(finding["code"]);
+    }
+    EXPECT_EQ(codes, (std::vector<std::string>{"KB302", "KB304"}));
 }
 
 TEST_F(MenusTest, NamesThatWouldUpsetATerminalAreShownHarmlessly)
@@ -150,6 +219,29 @@ Nothing was written.
                                 ""}));
     EXPECT_EQ(json::parse(menus({"--json"}).output)["hostList"]["after"],
               json({"/\x1B[2Jclear.cuix", "/line\nbreak.cuix"}));
+}
+
+TEST_F(MenusTest, OfAListThatCannotBeReadNoBundleIsSaidToBeAtFault)
+{
+    write(configurationFile(), "no database");
+    write(installWith("A.bundle", {"./one.cuix", "./two.mnu"}) + "/two.mnu", "[Draw]\nLine = LINE\n");
+    EXPECT_EQ(menus(), (ToolRun{1, R"(The host's list of menus: 0 entries now, 0 after the next start.
+
+Menus of bundles that are not registered:
+  /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/one.cuix
+      error KB702 menu-not-registered, PackageContents.xml:3:29
+        The menu "./one.cuix" is not registered: the host's list of menus is not brought up to date.
+        change    Mend what "kestbundle explain" says about the host.
+  /T/home/.config/ORRELIN/ApplicationPlugins/A.bundle/two.mnu
+      error KB702 menu-not-registered, PackageContents.xml:3:70
+        The menu "./two.mnu" is not registered: the host's list of menus is not brought up to date.
+        change    Mend what "kestbundle explain" says about the host.
+
+The host says: The configuration file "/T/home/.config/ORRELIN/standalone.sqlite" could not be read: file is not a database; move it away to start with new lists
+
+Nothing was written.
+)",
+                                ""}));
 }
 
 TEST_F(MenusTest, AListThatCannotBeReadIsToldOf)

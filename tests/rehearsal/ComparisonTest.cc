@@ -1,4 +1,5 @@
 // What a rehearsal foretells is what comes about: random bundle trees, each rehearsed and then loaded for real.
+#include "tests/rehearsal/MenuCheck.h"
 #include "tests/rehearsal/RandomTree.h"
 
 #include "bundle/BundleManager.h"
@@ -141,6 +142,7 @@ Outcome rehearse(const standalone::HostSettings& settings)
     const cli::Examination examination = cli::examineInstalled(settings);
     EXPECT_EQ(examination.failure, "");
     expectReasons(examination);
+    expectMenuFindings(examination);
     Outcome outcome;
     for (const cli::ExaminedBundle& bundle : examination.bundles) {
         if (bundle.state != BundleState::kNotABundle) {
