@@ -38,7 +38,7 @@ public:
 private:
     struct Closing
     {
-        void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+        void operator()(xmlDoc* parsed) const { xmlFreeDoc(parsed); }
     };
 
     std::string file;
