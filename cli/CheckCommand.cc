@@ -110,11 +110,13 @@ public:
         }
     }
 
-    void show(std::size_t done)
+    /// May be called from several threads at a time: the numbers come in order all the same.
+    void showOneMore()
     {
         const std::lock_guard guard(turn);
+        ++done;
         const std::size_t percent = done * 100 / count;
-        if (isShown && percent > last) { // those that come late are not shown
+        if (isShown && percent > last) {
             last = percent;
             std::fprintf(stderr, "\r%zu of %zu bundles", done, count);
             std::fflush(stderr);
@@ -125,7 +127,8 @@ private:
     std::size_t count;
     bool isShown;
     std::mutex turn;
-    std::size_t last = 0;
+    std::size_t done = 0;
+    std::size_t last = 0; ///< percentage that was shown
 };
 
 } // namespace
@@ -168,7 +171,7 @@ int check(const CheckOptions& options)
     }
     Progress progress(examination.bundles.size());
     const unsigned machine = examination.host.machine;
-    const CheckedBundles checked = checkBundles(examination, machine, [&](std::size_t done) { progress.show(done); });
+    const CheckedBundles checked = checkBundles(examination, machine, [&] { progress.showOneMore(); });
     const bool isBad =
         countOf(checked, Severity::kError) > 0 || (options.isStrict && countOf(checked, Severity::kWarning) > 0);
     const int status = isBad ? kSomethingFailed : kAllWell;

@@ -191,10 +191,9 @@ CheckedBundles checkBundles(const Examination& examination, unsigned machine, co
     checked.examination = &examination;
     checked.findings.resize(examination.bundles.size());
     const Surroundings surroundings{RuleInput(examination), modulesOf(examination), machine};
-    std::atomic<std::size_t> done{0};
     forEachOnAllCores(examination.bundles.size(), [&](std::size_t index) {
         checked.findings[index] = findingsOf(surroundings, examination.bundles[index]);
-        onDone(++done);
+        onDone();
     });
     return checked;
 }

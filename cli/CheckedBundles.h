@@ -17,8 +17,8 @@ struct CheckedBundles
     std::vector<Findings> findings; ///< by bundle, as in the examination; by line and column, then by code
 };
 
-/// Called with the number of bundles that are done, each number once and not in order, from several threads at a time.
-using OnBundleDone = std::function<void(std::size_t done)>;
+/// Called for each bundle that is done, from several threads at a time.
+using OnBundleDone = std::function<void()>;
 
 /// Finds what is to be said about each bundle of `examination`, which must outlive the result, on all cores. `machine`
 /// is the number in ELF of the machine that the bundles are for; 0: this one.

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <pty.h>
-#include <sched.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -21,37 +20,12 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts)
     return pointers;
 }
 
-/// While it lives, this process and those that it starts have one core: their threads finish in order.
-class OneCore
-{
-public:
-    OneCore()
-    {
-        ::sched_getaffinity(0, sizeof(all), &all);
-        cpu_set_t one;
-        CPU_ZERO(&one);
-        for (std::size_t core = 0; CPU_COUNT(&one) == 0 && core < CPU_SETSIZE; ++core) {
-            if (CPU_ISSET(core, &all)) {
-                CPU_SET(core, &one);
-            }
-        }
-        ::sched_setaffinity(0, sizeof(one), &one);
-    }
-    OneCore(const OneCore&) = delete;
-    OneCore& operator=(const OneCore&) = delete;
-    ~OneCore() { ::sched_setaffinity(0, sizeof(all), &all); }
-
-private:
-    cpu_set_t all;
-};
-
 class CheckProgressTest : public ToolTest
 {
 protected:
     /// What `kestbundle check` of the user's bundles writes to a terminal as its standard error.
     std::string seenOnTerminal()
     {
-        const OneCore core;
         int screen = -1;
         int terminal = -1;
         EXPECT_EQ(::openpty(&screen, &terminal, nullptr, nullptr, nullptr), 0);

@@ -27,10 +27,12 @@ protected:
         standardOutput = ::ptsname(terminal);
         const int kept = ::open(standardOutput.c_str(), O_RDWR | O_NOCTTY); // what is written stays while it is open
         tell({"list"});
-        std::string text(4096, '\0');
-        const ssize_t length = ::read(terminal, text.data(), text.size());
-        text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
-        ::close(kept);
+        ::close(kept); // all is read then before the end is
+        std::string text;
+        char piece[4096];
+        for (ssize_t length = 0; (length = ::read(terminal, piece, sizeof piece)) > 0;) {
+            text.append(piece, static_cast<std::size_t>(length));
+        }
         ::close(terminal);
         return text;
     }
