@@ -119,8 +119,8 @@ TEST_F(NewTest, AMenuIsRegistered)
 
 TEST_F(NewTest, ABundleOfEveryKindLoadsAsAWholeWhereverItWasMade)
 {
-    if (KEST_HAS_LISP + KEST_HAS_MANAGED < 2 || !isPythonThere()) {
-        GTEST_SKIP() << "not every engine is there";
+    if (KEST_HAS_LISP + KEST_HAS_MANAGED < 2 || !isPythonThere() || commandThatStarts("tool").size() > 1) {
+        GTEST_SKIP() << "not every engine is there, or the tool is for another machine than the compilers";
     }
     // What could be taken for something else in XML, C++, LISP, Python, C#, CMake, make, a shell or a template.
     const std::string name = "R&D <5> 图纸 'x' $HOME `id` 100% #1 (a=b) @COMMAND@: [1] {2} ~a";
