@@ -17,6 +17,9 @@ protected:
     NewTest()
     {
         installEngines();
+        // The compiler of the machine that the tool is for, also for who calls it by its usual name.
+        fs::create_directories(path("compiler"));
+        fs::create_symlink(KEST_CXX, path("compiler/c++"));
         fs::create_directories(path("tool/include"));
         fs::create_directory_symlink(KEST_BUILD_FOLDER "/include/kestbundle", path("tool/include/kestbundle"));
         fs::create_directory_symlink(KEST_ENGINE_FOLDER "/kest", path("tool/lib/kest"));
@@ -37,8 +40,9 @@ protected:
     {
         for (const json& step : made["next"]) {
             if (step["kind"] == kind) {
-                const std::string command = "cd '" + root + "' && export CXX='" KEST_CXX "' && exec > '" + path("log") +
-                                            "' 2>&1 && " + step["command"].get<std::string>();
+                const std::string command = "cd '" + root + "' && export CXX='" KEST_CXX "' PATH='" + path("compiler") +
+                                            "':\"$PATH\" && exec > '" + path("log") + "' 2>&1 && " +
+                                            step["command"].get<std::string>();
                 EXPECT_EQ(std::system(command.c_str()), 0) << command << "\n" << contentOf(path("log"));
             }
         }
@@ -119,8 +123,8 @@ TEST_F(NewTest, AMenuIsRegistered)
 
 TEST_F(NewTest, ABundleOfEveryKindLoadsAsAWholeWhereverItWasMade)
 {
-    if (KEST_HAS_LISP + KEST_HAS_MANAGED < 2 || !isPythonThere() || commandThatStarts("tool").size() > 1) {
-        GTEST_SKIP() << "not every engine is there, or the tool is for another machine than the compilers";
+    if (KEST_HAS_LISP + KEST_HAS_MANAGED < 2 || !isPythonThere()) {
+        GTEST_SKIP() << "not every engine is there";
     }
     // What could be taken for something else in XML, C++, LISP, Python, C#, CMake, make, a shell or a template.
     const std::string name = "R&D <5> 图纸 'x' $HOME `id` 100% #1 (a=b) @COMMAND@: [1] {2} ~a";
