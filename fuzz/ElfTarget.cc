@@ -1,35 +1,15 @@
 // Any file as a native module: what is told of it without loading it stands in it. An input is the file; its length of
 // addresses is made that of this machine.
+#include "fuzz/MemoryFile.h"
 #include "fuzz/Target.h"
 #include "standalone/ElfFile.h"
 
 #include <elf.h>
 #include <link.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace fuzz {
 
 namespace {
-
-/// A file without a place in a folder.
-class MemoryFile
-{
-public:
-    explicit MemoryFile(std::string_view bytes) : descriptor(::memfd_create("module", 0))
-    {
-        const bool isWritten = ::write(descriptor, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
-        require(isWritten, "the input becomes a file");
-    }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    ~MemoryFile() { ::close(descriptor); }
-
-    std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor); }
-
-private:
-    int descriptor;
-};
 
 void requireIn(const std::string& file, std::string_view text, const char* what)
 {
@@ -45,7 +25,8 @@ void readElf(std::string_view bytes)
     if (file.size() > kClass) {
         file[kClass] = sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32;
     }
-    const MemoryFile module(file);
+    static const MemoryFile module;
+    module.fill(file);
     standalone::ElfFile elf;
     const std::string problem = elf.open(module.path());
     if (!problem.empty()) {

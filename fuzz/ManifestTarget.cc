@@ -1,6 +1,7 @@
 // Any bytes as a manifest, through the stand-alone host's reader into the records: read twice, they say the same, and
 // the records, the flags, the log and the journal agree with each other.
 #include "bundle/BundleManager.h"
+#include "fuzz/MemoryFile.h"
 #include "fuzz/StandaloneHost.h"
 #include "fuzz/Target.h"
 #include "manifest/Bundle.h"
@@ -8,31 +9,11 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <sys/mman.h>
 #include <unistd.h>
 
 namespace fuzz {
 
 namespace {
-
-/// A file without a disk.
-class MemoryFile
-{
-public:
-    MemoryFile() : descriptor(::memfd_create("manifest", MFD_CLOEXEC)) {}
-
-    std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor); }
-
-    void fill(std::string_view bytes) const
-    {
-        require(::ftruncate(descriptor, 0) == 0, "a file in memory can be emptied");
-        require(::pwrite(descriptor, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()),
-                "a file in memory can be written");
-    }
-
-private:
-    int descriptor;
-};
 
 /// In place of the error log, while it lives.
 class LogInMemory

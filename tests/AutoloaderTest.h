@@ -36,6 +36,9 @@ protected:
                                             int loadFlags = KestComponentEntry::kLoadStartup, int loadCtrlFlag = 1);
 };
 
+/// What each record of the log begins with.
+inline const std::string kSplit = "\n---------------------------------------\n";
+
 inline const std::wstring kAllUsersRoot = L"/usr/local/ORRELIN/ApplicationPlugins";
 inline const std::wstring kUserRoot = L"/home/user/.config/ORRELIN/ApplicationPlugins";
 inline const std::wstring kProgramRoot = L"/program/ApplicationPlugins";

@@ -1,11 +1,11 @@
 // docs/authoring.md, command by command: what it shows is what comes of it.
+#include "tests/cli/Lines.h"
 #include "tests/cli/ToolTest.h"
 
 #include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <sys/wait.h>
 
 namespace {
@@ -18,16 +18,6 @@ struct Step
     std::string command;
     std::vector<std::string> shown;
 };
-
-std::vector<std::string> linesOf(const std::string& text)
-{
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
 
 /// The commands in the blocks "console" of the page at `file`.
 std::vector<Step> stepsOf(const std::string& file)

@@ -13,7 +13,7 @@ namespace {
 using namespace cli;
 
 /// For each kind of record the lines of the elements that were read for it. Every element has a line of its own.
-std::string linesOf(const std::string& content)
+std::string linesRead(const std::string& content)
 {
     const std::string path =
         std::filesystem::temp_directory_path().string() + "/kest-reading-" + std::to_string(::getpid()) + ".xml";
@@ -42,47 +42,47 @@ std::string linesOf(const std::string& content)
 
 TEST(ManifestReadingTest, EveryRecordHasTheElementThatItWasReadFrom)
 {
-    EXPECT_EQ(linesOf("<ApplicationPackage>\n"
-                      "<CompanyDetails/>\n"
-                      "<RuntimeRequirements Architecture='none'/>\n"
-                      "<DependentBundles>\n"
-                      "<DependentBundle/>\n"
-                      "<DependentBundle UpgradeCode='{1}'/>\n"
-                      "</DependentBundles>\n"
-                      "<Components>\n"
-                      "<ComponentEntry/>\n"
-                      "<ComponentEntry ModuleName='./a.krx'>\n"
-                      "<Commands>\n"
-                      "<Command/>\n"
-                      "</Commands><Commands>\n"
-                      "<Command/>\n"
-                      "</Commands></ComponentEntry>\n"
-                      "</Components>\n"
-                      "<RuntimeRequirements/>\n"
-                      "</ApplicationPackage>"),
+    EXPECT_EQ(linesRead("<ApplicationPackage>\n"
+                        "<CompanyDetails/>\n"
+                        "<RuntimeRequirements Architecture='none'/>\n"
+                        "<DependentBundles>\n"
+                        "<DependentBundle/>\n"
+                        "<DependentBundle UpgradeCode='{1}'/>\n"
+                        "</DependentBundles>\n"
+                        "<Components>\n"
+                        "<ComponentEntry/>\n"
+                        "<ComponentEntry ModuleName='./a.krx'>\n"
+                        "<Commands>\n"
+                        "<Command/>\n"
+                        "</Commands><Commands>\n"
+                        "<Command/>\n"
+                        "</Commands></ComponentEntry>\n"
+                        "</Components>\n"
+                        "<RuntimeRequirements/>\n"
+                        "</ApplicationPackage>"),
               "packages 1\ncompanies 2\nrequirements 3 17\ndependencies 6\n"
               "component 9\n commands\ncomponent 10\n commands 12 14\n");
 }
 
 TEST(ManifestReadingTest, ElementsWhereNobodyLooksForThemHaveNoRecord)
 {
-    EXPECT_EQ(linesOf("<A>\n"
-                      "<ComponentEntry/>\n"
-                      "<Command/>\n"
-                      "<DependentBundle UpgradeCode='{1}'/>\n"
-                      "<Components>\n"
-                      "<RuntimeRequirements/>\n"
-                      "<Commands>\n"
-                      "<Command/>\n"
-                      "</Commands><ComponentEntry>\n"
-                      "<Command/>\n"
-                      "</ComponentEntry></Components></A>"),
+    EXPECT_EQ(linesRead("<A>\n"
+                        "<ComponentEntry/>\n"
+                        "<Command/>\n"
+                        "<DependentBundle UpgradeCode='{1}'/>\n"
+                        "<Components>\n"
+                        "<RuntimeRequirements/>\n"
+                        "<Commands>\n"
+                        "<Command/>\n"
+                        "</Commands><ComponentEntry>\n"
+                        "<Command/>\n"
+                        "</ComponentEntry></Components></A>"),
               "packages\ncompanies\nrequirements\ndependencies\ncomponent 9\n commands\n");
 }
 
 TEST(ManifestReadingTest, WhatStandsBehindAFaultHasNoRecord)
 {
-    EXPECT_EQ(linesOf("<A><Components>\n<ComponentEntry ModuleName='./a.krx'>\n<Commands>\n<Command>\n</Bad>"),
+    EXPECT_EQ(linesRead("<A><Components>\n<ComponentEntry ModuleName='./a.krx'>\n<Commands>\n<Command>\n</Bad>"),
               "packages\ncompanies\nrequirements\ndependencies\ncomponent 2\n commands 4\n");
 }
 

@@ -6,7 +6,7 @@ namespace {
 
 using cli::MenuDifference;
 using Change = MenuDifference::Change;
-using Lines = std::vector<MenuDifference::Line>;
+using ListLines = std::vector<MenuDifference::Line>;
 
 TEST(MenuDifferenceTest, EveryEntryOfAListIsOneEmptyOnesIncluded)
 {
@@ -24,13 +24,14 @@ TEST(MenuDifferenceTest, WhatWasRemovedComesFirstThenTheNewListInItsOrder)
     EXPECT_EQ(difference.after, 3U);
     EXPECT_EQ(
         difference.lines,
-        (Lines{{Change::kRemoved, L"old"}, {Change::kStays, L"k"}, {Change::kStays, L"h"}, {Change::kAdded, L"new"}}));
+        (ListLines{
+            {Change::kRemoved, L"old"}, {Change::kStays, L"k"}, {Change::kStays, L"h"}, {Change::kAdded, L"new"}}));
 }
 
 TEST(MenuDifferenceTest, AnEntryStaysAsOftenAsItStandsInBothLists)
 {
-    EXPECT_EQ(cli::menuDifference(L"a", L"a;a").lines, (Lines{{Change::kStays, L"a"}, {Change::kAdded, L"a"}}));
-    EXPECT_EQ(cli::menuDifference(L"a;a", L"a").lines, (Lines{{Change::kRemoved, L"a"}, {Change::kStays, L"a"}}));
+    EXPECT_EQ(cli::menuDifference(L"a", L"a;a").lines, (ListLines{{Change::kStays, L"a"}, {Change::kAdded, L"a"}}));
+    EXPECT_EQ(cli::menuDifference(L"a;a", L"a").lines, (ListLines{{Change::kRemoved, L"a"}, {Change::kStays, L"a"}}));
 }
 
 TEST(MenuDifferenceTest, AListThatIsNotStoredHasNoEntries)
@@ -38,7 +39,7 @@ TEST(MenuDifferenceTest, AListThatIsNotStoredHasNoEntries)
     const MenuDifference difference = cli::menuDifference(std::nullopt, L";a");
     EXPECT_EQ(difference.before, 0U);
     EXPECT_EQ(difference.after, 2U);
-    EXPECT_EQ(difference.lines, (Lines{{Change::kAdded, L""}, {Change::kAdded, L"a"}}));
+    EXPECT_EQ(difference.lines, (ListLines{{Change::kAdded, L""}, {Change::kAdded, L"a"}}));
 }
 
 } // namespace

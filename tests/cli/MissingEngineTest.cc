@@ -1,13 +1,12 @@
 // What to do about the libraries that a message says are missing. The messages are those of the dynamic linker.
 #include "cli/MissingEngine.h"
+#include "tests/cli/LinkerMessages.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using cli::withRemedy;
-
-const std::string kMissing = ": cannot open shared object file: No such file or directory";
 
 TEST(MissingEngineTest, AKnownLibraryThatIsMissingNamesItsPackage)
 {

@@ -1,4 +1,5 @@
 // When `kestbundle new` makes nothing, and what it says then.
+#include "tests/cli/Lines.h"
 #include "tests/cli/ToolTest.h"
 
 #include <algorithm>
@@ -8,7 +9,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Lines = std::vector<std::string>;
 
 class NewRefusalTest : public ToolTest
 {

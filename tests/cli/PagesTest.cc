@@ -1,5 +1,6 @@
 // The pages of the manual and the completions, held to what the tool itself says in its help.
 #include "cli/ShellWord.h"
+#include "tests/cli/Lines.h"
 #include "tests/cli/ToolTest.h"
 
 #include <algorithm>
@@ -13,22 +14,11 @@ namespace {
 
 namespace fs = std::filesystem;
 using Names = std::set<std::string>;
-using Lines = std::vector<std::string>;
 
 const std::string kShare = KEST_BUILD_FOLDER "/share/";
 const std::string kManual = kShare + "man/man1/";
 const std::string kBash = kShare + "bash-completion/completions/kestbundle";
 const std::string kZsh = kShare + "zsh/site-functions/_kestbundle";
-
-Lines linesOf(const std::string& text)
-{
-    Lines lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
 
 /// All that a shell command prints.
 std::string outputOf(const std::string& command)

@@ -1,4 +1,5 @@
 // Scripts and assemblies in the report: which loaded, how long they and their engines took, and why others failed.
+#include "tests/cli/LinkerMessages.h"
 #include "tests/cli/ToolTest.h"
 
 #include <filesystem>
@@ -8,7 +9,6 @@ namespace {
 using nlohmann::json;
 
 const std::string kScripts = "/T/home/.config/ORRELIN/ApplicationPlugins/Scripts.bundle/";
-const std::string kMissing = ": cannot open shared object file: No such file or directory";
 const std::string kNoManagedEngine =
     "VxManagedCommand.dll is not beside the tool and not among the system's libraries (VxManagedCommand.dll" +
     kMissing + "); this installation of kestbundle lacks its engine for managed assemblies";

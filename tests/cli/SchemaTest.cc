@@ -1,4 +1,5 @@
 // `kestbundle schema`, and what a validator makes of it.
+#include "tests/cli/Lines.h"
 #include "tests/cli/ToolTest.h"
 
 #include <filesystem>
@@ -8,7 +9,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Lines = std::vector<std::string>;
 
 void addMessage(void* lines, xmlErrorPtr error)
 {

@@ -70,7 +70,7 @@ private:
 
 } // namespace
 
-#define KEST_NEXT(name) next<decltype(&::name)>(#name)
+#define KEST_HOSTS_OWN(name) next<decltype(&::name)>(#name)
 
 void GetKestProgramPath(wchar_t* buffer)
 {
@@ -78,17 +78,17 @@ void GetKestProgramPath(wchar_t* buffer)
         buffer[0] = L'\0';
         return;
     }
-    KEST_NEXT(GetKestProgramPath)(buffer);
+    KEST_HOSTS_OWN(GetKestProgramPath)(buffer);
 }
 
 FindHandle FindFirstFileW(const wchar_t* pattern, WIN32_FIND_DATAW* data)
 {
-    return failsOrThrows("FindFirstFileW") ? invalidFindHandle() : KEST_NEXT(FindFirstFileW)(pattern, data);
+    return failsOrThrows("FindFirstFileW") ? invalidFindHandle() : KEST_HOSTS_OWN(FindFirstFileW)(pattern, data);
 }
 
 int FindNextFileW(FindHandle handle, WIN32_FIND_DATAW* data)
 {
-    return failsOrThrows("FindNextFileW") ? 0 : KEST_NEXT(FindNextFileW)(handle, data);
+    return failsOrThrows("FindNextFileW") ? 0 : KEST_HOSTS_OWN(FindNextFileW)(handle, data);
 }
 
 std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode)
@@ -97,32 +97,32 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode)
         errno = EACCES;
         return nullptr;
     }
-    return KEST_NEXT(_wfopen)(path, mode);
+    return KEST_HOSTS_OWN(_wfopen)(path, mode);
 }
 
 std::uint32_t GetCurrentDirectoryW(std::uint32_t size, wchar_t* buffer)
 {
-    return fails("GetCurrentDirectoryW") ? 0 : KEST_NEXT(GetCurrentDirectoryW)(size, buffer);
+    return fails("GetCurrentDirectoryW") ? 0 : KEST_HOSTS_OWN(GetCurrentDirectoryW)(size, buffer);
 }
 
 int SetCurrentDirectoryW(const wchar_t* path)
 {
-    return fails("SetCurrentDirectoryW") ? 0 : KEST_NEXT(SetCurrentDirectoryW)(path);
+    return fails("SetCurrentDirectoryW") ? 0 : KEST_HOSTS_OWN(SetCurrentDirectoryW)(path);
 }
 
 ModuleHandle GetModuleHandleW(const wchar_t* name)
 {
-    return fails("GetModuleHandleW") ? nullptr : KEST_NEXT(GetModuleHandleW)(name);
+    return fails("GetModuleHandleW") ? nullptr : KEST_HOSTS_OWN(GetModuleHandleW)(name);
 }
 
 ModuleHandle LoadLibraryW(const wchar_t* name)
 {
-    return fails("LoadLibraryW") ? nullptr : KEST_NEXT(LoadLibraryW)(name);
+    return fails("LoadLibraryW") ? nullptr : KEST_HOSTS_OWN(LoadLibraryW)(name);
 }
 
 ProcAddress GetProcAddress(ModuleHandle module, const char* name)
 {
-    return fails("GetProcAddress") ? nullptr : KEST_NEXT(GetProcAddress)(module, name);
+    return fails("GetProcAddress") ? nullptr : KEST_HOSTS_OWN(GetProcAddress)(module, name);
 }
 
 XmlFilerReader* kestCreateXmlFilerReader(const wchar_t* path)
@@ -130,13 +130,13 @@ XmlFilerReader* kestCreateXmlFilerReader(const wchar_t* path)
     if (failsOrThrows("kestCreateXmlFilerReader")) {
         return nullptr;
     }
-    std::unique_ptr<XmlFilerReader> reader(KEST_NEXT(kestCreateXmlFilerReader)(path));
+    std::unique_ptr<XmlFilerReader> reader(KEST_HOSTS_OWN(kestCreateXmlFilerReader)(path));
     return reader != nullptr ? new FailingReader(reader.release()) : nullptr;
 }
 
 int kds_queueexpr(const wchar_t* expression)
 {
-    return failsOrThrows("kds_queueexpr") ? kKdsSuccess - 1 : KEST_NEXT(kds_queueexpr)(expression);
+    return failsOrThrows("kds_queueexpr") ? kKdsSuccess - 1 : KEST_HOSTS_OWN(kds_queueexpr)(expression);
 }
 
 // From here on the names as the linker knows them, the same on all machines that are built for.

@@ -1,6 +1,7 @@
 #include "standalone/DynamicLinker.h"
 
 #include "HostFixture.h"
+#include "ModuleFolder.h"
 
 #include "standalone/CommandTable.h"
 
@@ -14,8 +15,6 @@ using standalone::ModuleLoad;
 using standalonetest::writeFile;
 
 namespace {
-
-const std::string kModules = KEST_TEST_MODULES;
 
 class DynamicLinkerTest : public standalonetest::HostFixture
 {

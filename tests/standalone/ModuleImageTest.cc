@@ -1,6 +1,7 @@
 #include "standalone/ModuleImage.h"
 
 #include "HostFixture.h"
+#include "ModuleFolder.h"
 
 #include <cstring>
 #include <elf.h>
@@ -12,8 +13,6 @@ using standalonetest::OwnFolder;
 using standalonetest::writeFile;
 
 namespace {
-
-const std::string kModules = KEST_TEST_MODULES;
 
 TEST(ModuleImageTest, AModuleThatWouldLoadHasNoProblem)
 {

@@ -2,6 +2,7 @@
 #include "standalone/Rehearsal.h"
 
 #include "HostFixture.h"
+#include "ModuleFolder.h"
 
 #include "tests/AssemblyBytes.h"
 
@@ -32,7 +33,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kModules = KEST_TEST_MODULES;
 const std::string kEngines = KEST_TEST_ENGINES;
 
 /// Whether `library` stands for the program itself.

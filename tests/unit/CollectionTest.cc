@@ -6,9 +6,7 @@ namespace {
 using hostdouble::Document;
 using hostdouble::Element;
 using Lines = std::vector<std::string>;
-using Paths = std::vector<std::wstring>;
-
-const std::string kSplit = "\n---------------------------------------\n";
+using Paths = std::vector<CStdStr<wchar_t>>;
 
 class CollectionTest : public AutoloaderTest
 {

@@ -7,8 +7,6 @@
 
 namespace {
 
-const std::string kSplit = "\n---------------------------------------\n";
-
 class ErrorLogTest : public AutoloaderTest
 {
 protected:

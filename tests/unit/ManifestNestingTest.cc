@@ -1,6 +1,7 @@
 // Which element of a manifest counts where: what matters is where it is met, not a schema.
 #include "tests/AutoloaderTest.h"
 #include "tests/RecordText.h"
+#include "tests/unit/Requirements.h"
 
 namespace {
 
@@ -11,9 +12,7 @@ using Lines = std::vector<std::string>;
 
 const Element kPackage{L"ApplicationPackage", {{L"Name", L"N"}}};
 const Element kCompany{L"CompanyDetails", {{L"Name", L"C"}}};
-const Element kUnfitting{L"RuntimeRequirements", {{L"Architecture", L"x86_64"}, {L"OS", L"Plan9"}}};
-const Element kFitting{L"RuntimeRequirements", {{L"Architecture", L"x86_64"}}};
-const Element kCommand{L"Command", {{L"Local", L"L"}}};
+const Element kLocalCommand{L"Command", {{L"Local", L"L"}}};
 
 Element dependency(const std::wstring& upgradeCode)
 {
@@ -89,38 +88,40 @@ TEST_F(ManifestNestingTest, ElementsOfASubtreeCountNowhereElse)
                            {dependency(L"D"),
                             component(L"m", {group(L"G")}),
                             group(L"G"),
-                            kCommand,
-                            {L"Components", {}, {group(L"G"), kCommand}}}}),
+                            kLocalCommand,
+                            {L"Components", {}, {group(L"G"), kLocalCommand}}}}),
               Lines());
 }
 
 TEST_F(ManifestNestingTest, InsideAnEntryACommandOutsideAGroupIsIgnored)
 {
-    EXPECT_EQ(read(Element{L"Components", {}, {component(L"m", {kCommand})}}),
+    EXPECT_EQ(read(Element{L"Components", {}, {component(L"m", {kLocalCommand})}}),
               Lines{"entry module=[/X/m] ctrl=1 flags=2"});
 }
 
 TEST_F(ManifestNestingTest, ElementsOfASubtreeCountAtAnyDepthInIt)
 {
-    EXPECT_EQ(read(Element{
-                  L"Root",
-                  {},
-                  {{L"DependentBundles", {}, {{L"List", {}, {dependency(L"A"), {L"List", {}, {dependency(L"B")}}}}}},
-                   {L"Components",
-                    {},
-                    {{L"List", {}, {component(L"m", {{L"List", {}, {group(L"G", {{L"List", {}, {kCommand}}})}}})}}}}}}),
-              (Lines{"dependency upgrade=[A]", "dependency upgrade=[B]", "entry module=[/X/m] ctrl=1 flags=2",
-                     "  group name=[G]", "    command local=[L]"}));
+    EXPECT_EQ(
+        read(Element{
+            L"Root",
+            {},
+            {{L"DependentBundles", {}, {{L"List", {}, {dependency(L"A"), {L"List", {}, {dependency(L"B")}}}}}},
+             {L"Components",
+              {},
+              {{L"List", {}, {component(L"m", {{L"List", {}, {group(L"G", {{L"List", {}, {kLocalCommand}}})}}})}}}}}}),
+        (Lines{"dependency upgrade=[A]", "dependency upgrade=[B]", "entry module=[/X/m] ctrl=1 flags=2",
+               "  group name=[G]", "    command local=[L]"}));
 }
 
 TEST_F(ManifestNestingTest, RecordsAreKeptInDocumentOrder)
 {
     EXPECT_EQ(
-        read(Element{
-            L"Root",
-            {},
-            {{L"Components", {}, {component(L"b"), component(L"a", {group(L"2", {kCommand, kCommand}), group(L"1")})}},
-             {L"DependentBundles", {}, {dependency(L"B"), dependency(L"A"), dependency(L"B")}}}}),
+        read(Element{L"Root",
+                     {},
+                     {{L"Components",
+                       {},
+                       {component(L"b"), component(L"a", {group(L"2", {kLocalCommand, kLocalCommand}), group(L"1")})}},
+                      {L"DependentBundles", {}, {dependency(L"B"), dependency(L"A"), dependency(L"B")}}}}),
         (Lines{"dependency upgrade=[B]", "dependency upgrade=[A]", "dependency upgrade=[B]",
                "entry module=[/X/b] ctrl=1 flags=2", "entry module=[/X/a] ctrl=1 flags=2", "  group name=[2]",
                "    command local=[L]", "    command local=[L]", "  group name=[1]"}));
@@ -150,7 +151,7 @@ TEST_F(ManifestNestingTest, NamesInAnotherCaseOrWithMoreOrLessOfThemAreIgnored)
             element.name = spoiled(element.name);
             EXPECT_EQ(read(element), Lines()) << hostdouble::utf8(element.name);
         }
-        for (Element element : {dependency(L"D"), component(L"m"), group(L"G"), kCommand}) {
+        for (Element element : {dependency(L"D"), component(L"m"), group(L"G"), kLocalCommand}) {
             element.name = spoiled(element.name);
             EXPECT_EQ(
                 read(Element{L"Root",
@@ -210,12 +211,12 @@ TEST_F(ManifestNestingTest, AnEntryInsideAnEntryReplacesItsAttributesAndItsEndTa
 
 TEST_F(ManifestNestingTest, AGroupInsideAGroupReplacesItsNameAndItsEndTagEndsIt)
 {
-    EXPECT_EQ(read(Element{
-                  L"Components",
-                  {},
-                  {component(L"m", {group(L"outer",
-                                          {kCommand, group(L"inner", {kCommand}), {L"Command", {{L"Local", L"late"}}}}),
-                                    group(L"next")})}}),
+    EXPECT_EQ(read(Element{L"Components",
+                           {},
+                           {component(L"m", {group(L"outer", {kLocalCommand,
+                                                              group(L"inner", {kLocalCommand}),
+                                                              {L"Command", {{L"Local", L"late"}}}}),
+                                             group(L"next")})}}),
               (Lines{"entry module=[/X/m] ctrl=1 flags=2", "  group name=[inner]", "    command local=[L]",
                      "    command local=[L]", "  group name=[next]"}));
 }

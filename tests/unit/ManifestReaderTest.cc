@@ -13,8 +13,7 @@ using Lines = std::vector<std::string>;
 const std::wstring kFolder = L"/p/X.bundle";
 const std::wstring kManifest = kFolder + L"/PackageContents.xml";
 
-const std::string kFormatProblem = "\n---------------------------------------\n"
-                                   "/p/X.bundle/PackageContents.xml  File format error\n";
+const std::string kFormatProblem = kSplit + "/p/X.bundle/PackageContents.xml  File format error\n";
 
 class ManifestReaderTest : public AutoloaderTest
 {

@@ -1,6 +1,7 @@
 // When the requirements of a manifest are judged while it is read, and what a mismatch ends.
 #include "tests/AutoloaderTest.h"
 #include "tests/RecordText.h"
+#include "tests/unit/Requirements.h"
 
 namespace {
 
@@ -8,11 +9,8 @@ using hostdouble::Document;
 using hostdouble::Element;
 using Lines = std::vector<std::string>;
 
-const Element kFitting{L"RuntimeRequirements", {{L"Architecture", L"x86_64"}}};
-const Element kUnfitting{L"RuntimeRequirements", {{L"Architecture", L"x86_64"}, {L"OS", L"Plan9"}}};
-const std::string kUnfittingProblem = "\n---------------------------------------\n"
-                                      "/X/PackageContents.xml: The OS of the RuntimeRequirements element is "
-                                      "incorrect\n";
+const std::string kUnfittingProblem =
+    kSplit + "/X/PackageContents.xml: The OS of the RuntimeRequirements element is incorrect\n";
 
 class ManifestRequirementsTest : public AutoloaderTest
 {

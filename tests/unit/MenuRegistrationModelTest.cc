@@ -1,13 +1,11 @@
 // The stored lists against a telling of the rules that is as plain and slow as can be.
 #include "tests/AutoloaderTest.h"
 #include "tests/MenuListModel.h"
+#include "tests/unit/MenuKeys.h"
 
 #include <random>
 
 namespace {
-
-const std::wstring kBundleKey = L"CUIX/LoadedBundleCuix";
-const std::wstring kHostKey = L"CUIX/LoadedCuix";
 
 class MenuRegistrationModelTest : public AutoloaderTest
 {

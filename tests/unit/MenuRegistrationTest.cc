@@ -1,14 +1,12 @@
 // Keeping the two stored lists in step. Against a literal telling of the rules: MenuRegistrationModelTest.
 #include "tests/AutoloaderTest.h"
+#include "tests/unit/MenuKeys.h"
 
 #include <optional>
 
 namespace {
 
 using Lines = std::vector<std::string>;
-
-const std::wstring kBundleKey = L"CUIX/LoadedBundleCuix";
-const std::wstring kHostKey = L"CUIX/LoadedCuix";
 
 class MenuRegistrationTest : public AutoloaderTest
 {

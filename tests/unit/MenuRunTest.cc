@@ -1,6 +1,7 @@
 // What one run of the host makes of the menus: from the folders on disk to the stored lists, and errors on the way.
 #include "bundle/EntryPoints.h"
 #include "tests/AutoloaderTest.h"
+#include "tests/unit/MenuKeys.h"
 
 #include <memory>
 
@@ -8,9 +9,6 @@ namespace {
 
 using hostdouble::Element;
 using Lines = std::vector<std::string>;
-
-const std::wstring kBundleKey = L"CUIX/LoadedBundleCuix";
-const std::wstring kHostKey = L"CUIX/LoadedCuix";
 
 class MenuRunTest : public AutoloaderTest
 {

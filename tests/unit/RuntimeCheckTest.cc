@@ -1,17 +1,12 @@
 // The runtime check: each comparison, what it asks the host, and what it writes.
 #include "tests/AutoloaderTest.h"
 #include "tests/TestLocale.h"
+#include "tests/unit/Requirements.h"
 
 namespace {
 
 using hostdouble::Element;
 using Lines = std::vector<std::string>;
-
-const std::string kEntry = "\n---------------------------------------\n/bundles/a/PackageContents.xml";
-const std::string kVersion = kEntry + ": The product version number of the RuntimeRequirements element is incorrect\n";
-const std::string kOS = kEntry + ": The OS of the RuntimeRequirements element is incorrect\n";
-const std::string kArchitecture = kEntry + ": The architecture of the RuntimeRequirements element is incorrect\n";
-const std::string kPlatform = kEntry + ": The platform of the RuntimeRequirements element is incorrect\n";
 
 /// A host "26.0_1_Linux_x86_64" by the name of "TARVIX" and a bundle that fits it.
 class RuntimeCheckTest : public AutoloaderTest

@@ -1,15 +1,12 @@
 // The runtime check while a manifest is read.
 #include "tests/AutoloaderTest.h"
+#include "tests/unit/Requirements.h"
 
 namespace {
 
 using hostdouble::Document;
 using hostdouble::Element;
 using Lines = std::vector<std::string>;
-
-const std::string kEntry = "\n---------------------------------------\n/bundles/a/PackageContents.xml";
-const std::string kOS = kEntry + ": The OS of the RuntimeRequirements element is incorrect\n";
-const std::string kPlatform = kEntry + ": The platform of the RuntimeRequirements element is incorrect\n";
 
 class RuntimeReadingTest : public AutoloaderTest
 {

@@ -10,7 +10,7 @@ constexpr int kCommand = KestComponentEntry::kLoadCommand;
 /// The log's record of a module that failed to load.
 std::string failure(const std::string& path)
 {
-    return "\n---------------------------------------\n" + path + " loading failed\n";
+    return kSplit + path + " loading failed\n";
 }
 
 class StartupLoadTest : public AutoloaderTest
