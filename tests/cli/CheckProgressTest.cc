@@ -1,4 +1,5 @@
 // How far a check is, as a terminal gets to see it.
+#include "tests/SpawnWords.h"
 #include "tests/cli/ToolTest.h"
 
 #include <algorithm>
@@ -9,16 +10,6 @@
 #include <unistd.h>
 
 namespace {
-
-std::vector<char*> pointersTo(std::vector<std::string>& texts)
-{
-    std::vector<char*> pointers;
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
-    return pointers;
-}
 
 class CheckProgressTest : public ToolTest
 {

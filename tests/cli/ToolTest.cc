@@ -1,5 +1,7 @@
 #include "tests/cli/ToolTest.h"
 
+#include "tests/SpawnWords.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -17,16 +19,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-std::vector<char*> pointersTo(std::vector<std::string>& texts)
-{
-    std::vector<char*> pointers;
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
-    return pointers;
-}
 
 void redirect(const std::string& file, int flags, int descriptor)
 {

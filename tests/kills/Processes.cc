@@ -1,5 +1,7 @@
 #include "tests/kills/Processes.h"
 
+#include "tests/SpawnWords.h"
+
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -29,16 +31,6 @@ const std::set<std::uint64_t> kChanges = {
     SYS_rename,    SYS_unlink,   SYS_mkdir,    SYS_rmdir,     SYS_creat,  SYS_link,      SYS_chmod,
 #endif
 };
-
-std::vector<char*> pointersTo(const std::vector<std::string>& texts)
-{
-    std::vector<char*> pointers;
-    for (const std::string& text : texts) {
-        pointers.push_back(const_cast<char*>(text.c_str()));
-    }
-    pointers.push_back(nullptr);
-    return pointers;
-}
 
 /// Starts `command` after `prepare`, which is called in the new process and says whether that can go on.
 template <typename Prepare>

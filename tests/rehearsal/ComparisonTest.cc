@@ -1,6 +1,7 @@
 // What a rehearsal foretells is what comes about: random bundle trees, each rehearsed and then loaded for real.
 #include "tests/rehearsal/MenuCheck.h"
 #include "tests/rehearsal/RandomTree.h"
+#include "tests/rehearsal/RehearsalFolder.h"
 
 #include "bundle/BundleManager.h"
 #include "bundle/EntryPoints.h"
@@ -14,14 +15,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <clocale>
 #include <cstdlib>
 #include <fstream>
 #include <map>
 #include <memory>
 #include <set>
 #include <sstream>
-#include <unistd.h>
 
 namespace rehearsal {
 
@@ -279,25 +278,7 @@ private:
     std::map<std::wstring, bool> isOpened;
 };
 
-class ComparisonTest : public testing::Test
-{
-protected:
-    ComparisonTest()
-    {
-        std::setlocale(LC_ALL, "C.UTF-8");
-        const bool hasMemory = fs::is_directory("/dev/shm"); // files that need no disk
-        std::string pattern = std::string(hasMemory ? "/dev/shm" : "/tmp") + "/kest-XXXXXX";
-        root = ::mkdtemp(pattern.data());
-    }
-    ~ComparisonTest() override
-    {
-        fs::current_path("/");
-        fs::remove_all(root);
-        std::setlocale(LC_ALL, "C");
-    }
-
-    fs::path root;
-};
+using ComparisonTest = RehearsalFolder;
 
 TEST_F(ComparisonTest, WhatIsForetoldIsWhatComesAbout)
 {
@@ -310,12 +291,7 @@ TEST_F(ComparisonTest, WhatIsForetoldIsWhatComesAbout)
         const fs::path program = root / std::to_string(seed) / "program";
         RandomTree tree(seed, home, program, KEST_SOUND_MODULE);
         tree.write();
-        ::setenv("HOME", home.c_str(), 1);
-        standalone::HostSettings settings;
-        settings.programFolder = program;
-        settings.engineFolder = KEST_RECORDING_ENGINES;
-        settings.configurationFile = home / ".config/ORRELIN/standalone.sqlite";
-        settings.vernum = L"26.0_1_Linux_test";
+        const standalone::HostSettings settings = settingsFor(home, program);
         const auto before = treeIn(root);
         const Outcome foretold = rehearse(settings);
         EXPECT_EQ(treeIn(root), before) << "the rehearsal of seed " << seed << " changed something";

@@ -1,16 +1,15 @@
 // What findings tell an author to change helps: in random trees each mend is applied for real.
 #include "tests/rehearsal/MendCheck.h"
 #include "tests/rehearsal/RandomTree.h"
+#include "tests/rehearsal/RehearsalFolder.h"
 
 #include "cli/Examination.h"
 #include "cli/Shown.h"
 #include "cli/rules/AllRules.h"
 #include "cli/rules/Reasons.h"
 
-#include <clocale>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace rehearsal {
 
@@ -34,38 +33,21 @@ Looked lookedAt(const cli::Examination& examination)
     return looked;
 }
 
-class MendTest : public testing::Test
+class MendTest : public RehearsalFolder
 {
 protected:
     MendTest()
     {
-        std::setlocale(LC_ALL, "C.UTF-8");
-        const bool hasMemory = fs::is_directory("/dev/shm"); // files that need no disk
-        std::string pattern = std::string(hasMemory ? "/dev/shm" : "/tmp") + "/kest-XXXXXX";
-        root = ::mkdtemp(pattern.data());
-        home = root / "home";
-        program = root / "program";
-        ::setenv("HOME", home.c_str(), 1);
-        settings.programFolder = program;
-        settings.engineFolder = KEST_RECORDING_ENGINES;
-        settings.configurationFile = home / ".config/ORRELIN/standalone.sqlite";
-        settings.vernum = L"26.0_1_Linux_test";
         tree.top = root;
         tree.plugins = home / ".config/ORRELIN/ApplicationPlugins";
         tree.configuration = settings.configurationFile;
         tree.soundModule = KEST_SOUND_MODULE;
         tree.look = [this] { return lookedAt(cli::examineInstalled(settings)); };
     }
-    ~MendTest() override
-    {
-        fs::remove_all(root);
-        std::setlocale(LC_ALL, "C");
-    }
 
-    fs::path root;
-    fs::path home;
-    fs::path program;
-    standalone::HostSettings settings;
+    const fs::path home = root / "home";
+    const fs::path program = root / "program";
+    const standalone::HostSettings settings = settingsFor(home, program);
     MendTree tree;
 };
 
