@@ -51,6 +51,8 @@ struct ElementStanding
 {
     const ElementWord* meant = nullptr;  ///< null: nothing that is known
     const ElementWord* around = nullptr; ///< the innermost around its content that keeps its content
+    bool isGuessed = false;              ///< it, or an element around it, is only taken for what is meant
+    bool isCutOff = false;               ///< it, or an element around it, is told to be cut off
 };
 
 class FormCheck
@@ -76,18 +78,22 @@ private:
         const bool isOutermost = element.parent == ManifestElement::kNone;
         const ElementWord* const around = isOutermost ? nullptr : standings[element.parent].around;
         ElementStanding& standing = standings[index];
-        standing.around = around;
+        if (!isOutermost) {
+            standing = standings[element.parent];
+            standing.meant = nullptr;
+        }
         if (isForeign(element.name)) {
             return;
         }
         const ElementWord* const known = findElement(element.name);
         standing.meant = known != nullptr ? known : addUnknown(index, isOutermost, around);
+        standing.isGuessed = standing.isGuessed || known == nullptr;
         if (standing.meant == nullptr) {
             return;
         }
         const bool isSeen = elementSeen(around, standing.meant->name) != nullptr;
-        if (known != nullptr && known->isRead && !isSeen) {
-            addMisplaced(index, *known);
+        if (known != nullptr && known->isRead) {
+            judgePlace(index, *known, around, isSeen);
         }
         if (isSeen && keepsItsContent(*standing.meant)) {
             standing.around = standing.meant;
@@ -97,12 +103,56 @@ private:
         }
     }
 
+    /// An element whose name is looked for, in its place or not. What was in fact read knows more than the vocabulary:
+    /// the end of an element inside another of its kind ends both.
+    void judgePlace(std::size_t index, const ElementWord& word, const ElementWord* around, bool isSeen)
+    {
+        const bool isRead = input.reading.isRead[index];
+        ElementStanding& standing = standings[index];
+        if (&word == around) {
+            addNested(index, word);
+        } else if (!isSeen && !isRead) {
+            addMisplaced(index, word);
+        } else if (isSeen && around != nullptr && !isRead && !word.attributes.empty() && !standing.isGuessed &&
+                   !standing.isCutOff) {
+            standing.isCutOff = true;
+            addCutOff(index, word, *around);
+        }
+    }
+
+    void addNested(std::size_t index, const ElementWord& word)
+    {
+        const std::string name = named(word.name);
+        add(kNestedElement, index, L"",
+            "The element " + name + " stands in another " + name +
+                (word.attributes.empty() ? ", and its end" : ": its values take the place of that one's, and its end") +
+                " counts as the end of that one, too.",
+            "Move it behind the end of that " + name + ".");
+    }
+
+    void addCutOff(std::size_t index, const ElementWord& word, const ElementWord& around)
+    {
+        const std::string place = named(around.name);
+        add(kCutOffElement, index, L"",
+            "The element " + named(word.name) + " is passed over: before it stands another " + place + " in its " +
+                place + ", and the end of that one counts as the end of both.",
+            "Move that other " + place + " behind the end of this one's " + place + ".");
+    }
+
     /// Returns the word that the element is taken for, so that what stands in it is judged as it is meant.
     const ElementWord* addUnknown(std::size_t index, bool isOutermost, const ElementWord* around)
     {
         const ManifestElement& element = input.document.elements[index];
-        if (!isOutermost && standings[element.parent].meant == nullptr) {
+        const ElementWord* const parent = isOutermost ? nullptr : standings[element.parent].meant;
+        if (!isOutermost && parent == nullptr) {
             return nullptr; // part of an unknown element, which was told
+        }
+        if (parent != nullptr && findAttribute(*parent, element.name) != nullptr) {
+            add(kMisplacedElement, index, L"",
+                "The element " + named(element.name) + " is passed over: of " + named(parent->name) +
+                    " it is an attribute.",
+                "Write it as an attribute of " + named(parent->name) + ".");
+            return nullptr;
         }
         const Meant<ElementWord> meant = meantAmong(manifestVocabulary(), element.name);
         const std::string name = named(element.name);
@@ -185,8 +235,8 @@ private:
 
 std::vector<const Rule*> formRules()
 {
-    return {&kMisspeltElement, &kMisspeltAttribute, &kNameLetterCase,  &kMisplacedElement,
-            &kRepeatedElement, &kUnknownElement,    &kUnknownAttribute};
+    return {&kMisspeltElement, &kMisspeltAttribute, &kNameLetterCase, &kMisplacedElement, &kRepeatedElement,
+            &kUnknownElement,  &kUnknownAttribute,  &kNestedElement,  &kCutOffElement};
 }
 
 void addFormFindings(const ManifestInput& input, Findings& findings)

@@ -19,6 +19,10 @@ inline constexpr Rule kRepeatedElement{"KB205", "repeated-element", Severity::kW
                                        "Of several elements of a kind only the last one counts."};
 inline constexpr Rule kUnknownElement{"KB206", "unknown-element", Severity::kNote, "An element is not known."};
 inline constexpr Rule kUnknownAttribute{"KB207", "unknown-attribute", Severity::kNote, "An attribute is not known."};
+inline constexpr Rule kNestedElement{"KB208", "nested-element", Severity::kError,
+                                     "An element stands inside another of its own kind."};
+inline constexpr Rule kCutOffElement{"KB209", "cut-off-element", Severity::kError,
+                                     "An element stands behind what counts as the end of the one that it is in."};
 
 std::vector<const Rule*> formRules();
 

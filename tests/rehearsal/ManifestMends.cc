@@ -34,6 +34,23 @@ bool changeNamed(const Told& told, const std::string& form,
            });
 }
 
+/// The innermost element `name` around `element`; null: none.
+xmlNode* around(xmlNode* element, const std::string& name)
+{
+    xmlNode* one = element->parent;
+    while (one != nullptr && (one->name == nullptr || name != reinterpret_cast<const char*>(one->name))) {
+        one = one->parent;
+    }
+    return one;
+}
+
+bool moveBehind(xmlNode* place, xmlNode* element)
+{
+    xmlUnlinkNode(element);
+    xmlAddNextSibling(place, element);
+    return true;
+}
+
 bool writeCode(const std::string& file, const std::string& code)
 {
     const ManifestEdit manifest(file);
@@ -104,6 +121,39 @@ bool putIntoNamed(const Told& told, const MendTree& /*tree*/)
         }
         xmlUnlinkNode(element);
         xmlAddChild(place, element);
+        return true;
+    });
+}
+
+bool moveOutOfItsLike(const Told& told, const MendTree& /*tree*/)
+{
+    return changeAt(told, [&](const ManifestEdit& /*manifest*/, xmlNode* element) {
+        xmlNode* const place = around(element, quotedIn(told.mend).front());
+        return place != nullptr && moveBehind(place, element);
+    });
+}
+
+bool moveOtherOut(const Told& told, const MendTree& /*tree*/)
+{
+    return changeAt(told, [&](const ManifestEdit& /*manifest*/, xmlNode* element) {
+        const std::string name = quotedIn(told.mend).front();
+        xmlNode* const place = around(element, name);
+        xmlNode* other = nullptr;
+        for (xmlNode* one = place != nullptr ? place->children : nullptr; one != nullptr && other == nullptr;
+             one = one->next) {
+            other = ManifestEdit::find(one, name);
+        }
+        return other != nullptr && moveBehind(place, other);
+    });
+}
+
+bool makeAttribute(const Told& told, const MendTree& /*tree*/)
+{
+    return changeAt(told, [](const ManifestEdit& /*manifest*/, xmlNode* element) {
+        const std::unique_ptr<xmlChar, decltype(xmlFree)> text(xmlNodeGetContent(element), xmlFree);
+        ManifestEdit::set(element->parent, reinterpret_cast<const char*>(element->name),
+                          reinterpret_cast<const char*>(text.get()));
+        ManifestEdit::remove(element);
         return true;
     });
 }

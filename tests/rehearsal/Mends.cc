@@ -34,7 +34,10 @@ const std::vector<Mend>& allMends()
         {&kMisspeltAttribute, "Did you mean", renameAtPlace, false, true},
         {&kNameLetterCase, "Write ", renameAtPlace, false, true},
         {&kMisplacedElement, "Put it into", putIntoNamed, true, true},
+        {&kMisplacedElement, "Write it as an attribute of ", makeAttribute, true, true},
         {&kMisplacedElement, "Make it the outermost element", makeOutermost, true, true},
+        {&kNestedElement, "Move it behind the end of that ", moveOutOfItsLike, true, true},
+        {&kCutOffElement, "Move that other ", moveOtherOut, true, true},
         {&kRepeatedElement, "Keep one of them", removeElement},
 
         {&kWrongProductVersion, "Change ", writeBounds},
