@@ -301,7 +301,11 @@ OnDemandLoad Examiner::rehearseCommand(KestBundleManager& manager, const std::ws
     if (!seen.empty()) {
         return {seen.begin()->second.isLoaded, seen.begin()->second.problem};
     }
-    return {false, problemOf(entry, seen)};
+    const auto version = manager.pythonVersionMap.find(entry.moduleName);
+    const bool isAnothersFault =
+        version != manager.pythonVersionMap.end() && version->second.empty() && !entry.pythonVersion.empty();
+    return {false,
+            isAnothersFault ? "an earlier component with this script has no PythonVersion" : problemOf(entry, seen)};
 }
 
 Examiner::SeenByPath Examiner::seenSince(std::size_t position)

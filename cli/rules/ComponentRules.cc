@@ -132,10 +132,10 @@ void addWhen(const ComponentInput& component, Findings& findings)
 
 std::vector<const Rule*> componentRules()
 {
-    return {&kNoComponents,     &kNoModuleName,    &kModulePathForm,  &kLoadCtrlFlag,
-            &kNeverLoads,       &kNotTrueOrFalse,  &kStartupWins,     &kNoCommands,
-            &kUnknownExtension, &kNoPythonVersion, &kPythonNotFound,  &kComponentFails,
-            &kFirstUseFails,    &kLispFileMissing, &kLispPathTooLong, &kLispPathChanged};
+    return {&kNoComponents,    &kNoModuleName,      &kModulePathForm, &kLoadCtrlFlag,     &kNeverLoads,
+            &kNotTrueOrFalse,  &kStartupWins,       &kNoCommands,     &kUnknownExtension, &kNoPythonVersion,
+            &kPythonNotFound,  &kComponentFails,    &kFirstUseFails,  &kLispFileMissing,  &kLispPathTooLong,
+            &kLispPathChanged, &kOtherPythonVersion};
 }
 
 void addComponentFindings(const BundleInput& input, Findings& findings)

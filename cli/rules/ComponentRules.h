@@ -36,6 +36,8 @@ inline constexpr Rule kLispPathTooLong{"KB515", "lisp-path-too-long", Severity::
                                        "The path of a LISP file is longer than an expression can be."};
 inline constexpr Rule kLispPathChanged{"KB516", "lisp-path-changed", Severity::kError,
                                        "The path of a LISP file does not survive in an expression."};
+inline constexpr Rule kOtherPythonVersion{"KB517", "other-python-version", Severity::kWarning,
+                                          "An earlier component decides on the PythonVersion of a script."};
 
 std::vector<const Rule*> componentRules();
 

@@ -10,6 +10,7 @@
 #include "menus/MenuKind.h"
 #include "standalone/Utf8.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
@@ -140,6 +141,41 @@ void addFailure(const ComponentInput& component, const std::string& problem, boo
     findings.push_back(std::move(finding));
 }
 
+/// The earlier component of the bundle that decides which Python a command runs this one's script with: the first that
+/// declares a command for it. Null when it is this one, or agrees with it.
+const KestComponentEntry* otherPython(const ComponentInput& component)
+{
+    const KestComponentEntry& entry = component.record();
+    if (!entry.loadsOnCommand()) {
+        return nullptr;
+    }
+    for (std::size_t index = 0; index < component.index; ++index) {
+        const KestComponentEntry& other = component.input.bundle.components[index].record;
+        if (other.moduleName == entry.moduleName && other.loadsOnCommand() &&
+            std::any_of(other.commands.begin(), other.commands.end(),
+                        [](const KestCommands& group) { return !group.commands.empty(); })) {
+            return other.pythonVersion != entry.pythonVersion ? &other : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+void addOtherPython(const ComponentInput& component, const KestComponentEntry& other, Findings& findings)
+{
+    const std::string version = named(standalone::wideFromUtf8(other.pythonVersion).value_or(L""));
+    Finding finding = component.finding(
+        kOtherPythonVersion, BundleStrConst::entry_PythonVersion,
+        "The script " + named(inBundle(component.input.bundle, other.moduleName)) +
+            (other.pythonVersion.empty()
+                 ? " stands in an earlier component without PythonVersion, so commands skip it"
+                 : " stands in an earlier component with PythonVersion=" + version + ", so commands run it with that") +
+            ", whatever this one says.");
+    finding.mend = other.pythonVersion.empty()
+                       ? "Write the PythonVersion into the earlier component."
+                       : "Write PythonVersion=" + version + ", or name a copy of the script here.";
+    findings.push_back(std::move(finding));
+}
+
 } // namespace
 
 void addLoadFindings(const ComponentInput& component, Findings& findings)
@@ -159,7 +195,12 @@ void addLoadFindings(const ComponentInput& component, Findings& findings)
     if (kind == ModuleKind::kLisp) {
         addLisp(component, findings);
     }
-    if (kind == ModuleKind::kPython && entry.pythonVersion.empty()) {
+    const KestComponentEntry* const other = kind == ModuleKind::kPython ? otherPython(component) : nullptr;
+    if (other != nullptr && problemOfFile(entry.moduleName).empty()) {
+        if (!entry.pythonVersion.empty()) {
+            addOtherPython(component, *other, findings);
+        }
+    } else if (kind == ModuleKind::kPython && entry.pythonVersion.empty()) {
         addPythonVersion(component, findings);
     } else if (facts.outcome == ComponentOutcome::kFailed) {
         addFailure(component, facts.problem, true, findings);

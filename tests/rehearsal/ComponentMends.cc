@@ -83,6 +83,19 @@ bool writeSimilarKind(const Told& told, const MendTree& tree)
     return writeKind(told, tree, quotedIn(told.mend).front());
 }
 
+bool writeEarlierVersion(const Told& told, const MendTree& /*tree*/)
+{
+    return changeAt(told, [](const ManifestEdit& /*manifest*/, xmlNode* element) {
+        for (xmlNode* one : ManifestEdit::childrenNamed(element->parent, "ComponentEntry")) {
+            if (ManifestEdit::text(one, "ModuleName") == ManifestEdit::text(element, "ModuleName")) {
+                ManifestEdit::set(one, "PythonVersion", ManifestEdit::text(element, "PythonVersion"));
+                return true;
+            }
+        }
+        return false;
+    });
+}
+
 bool writeStandIn(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [](const ManifestEdit& /*manifest*/, xmlNode* element) {

@@ -70,6 +70,7 @@ bool removeEmptyBundles(const Told& told, const MendTree& tree);
 bool writeModuleName(const Told& told, const MendTree& tree);
 bool writeFileKind(const Told& told, const MendTree& tree);
 bool writeSimilarKind(const Told& told, const MendTree& tree);
+bool writeEarlierVersion(const Told& told, const MendTree& tree);
 bool writeStandIn(const Told& told, const MendTree& tree);
 bool loadOnCommand(const Told& told, const MendTree& tree);
 bool appendCommandOfText(const Told& told, const MendTree& tree);

@@ -98,6 +98,8 @@ const std::vector<Mend>& allMends()
         {&kLispFileMissing, "Put the file there", makeFileSound},
         {&kLispPathTooLong, "Give the file a shorter path", shortenPath},
         {&kLispPathChanged, "Rename the file", renameFile},
+        {&kOtherPythonVersion, "Write PythonVersion=", writeAttributeOfText},
+        {&kOtherPythonVersion, "Write the PythonVersion into the earlier component", writeEarlierVersion},
 
         {&kEmptyCommandName, "Write the name that users are to type as Local", writeOwnLocal},
         {&kRepeatedCommand, "Give one of the two commands another Local name", writeOwnLocal},
