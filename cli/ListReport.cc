@@ -50,8 +50,9 @@ std::string rootOf(const Examination& examination, const ExaminedBundle& bundle)
     constexpr std::array<const char*, 3> kNames{"program", "all users", "user"};
     for (std::size_t index = 0; index < examination.roots.size() && index < kNames.size(); ++index) {
         const std::wstring& root = examination.roots[index].path;
-        if (bundle.folder.starts_with(root) && bundle.folder.find(L'/', root.size() + 1) == std::wstring::npos) {
-            return std::string(kNames[index]) + ": " + abridged(folderNameOf(bundle));
+        if (bundle.folder.starts_with(root + L"/")) {
+            return std::string(kNames[index]) + ": " +
+                   abridged(std::wstring_view(bundle.folder).substr(root.size() + 1));
         }
     }
     return abridged(bundle.folder);

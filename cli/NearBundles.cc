@@ -37,6 +37,30 @@ std::vector<std::wstring> rootsOf(const Examination& examination)
             localetext::widen(examination.home) + L"/" + BundleStrConst::bundle_UserPath};
 }
 
+/// The bundles in folders of the root `folder` that are none themselves; one level deep, since what an archive was
+/// unpacked into is.
+std::vector<std::wstring> bundlesTooDeep(const std::wstring& folder)
+{
+    std::vector<std::wstring> paths;
+    std::error_code error;
+    for (fs::directory_iterator entry(localetext::narrow(folder), error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        if (looksLikeABundle(localetext::widen(entry->path().string())) || !entry->is_directory(ignored)) {
+            continue;
+        }
+        for (fs::directory_iterator one(entry->path(), ignored), none; !ignored && one != none;
+             one.increment(ignored)) {
+            const std::wstring name = localetext::widen(one->path().filename().string());
+            if (endsLikeABundle(name) && holdsAManifest(one->path())) {
+                paths.push_back(folder + L"/" + localetext::widen(entry->path().filename().string()) + L"/" + name);
+            }
+        }
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
 } // namespace
 
 bool looksLikeABundle(const std::wstring& path)
@@ -78,7 +102,13 @@ void addRoots(Examination& examination)
         if (error && error != std::errc::no_such_file_or_directory) {
             root.problem = standalone::displayable(std::string_view(error.message()));
         }
-        for (const std::wstring& folder : root.exists ? nearBundles(root.path) : std::vector<std::wstring>()) {
+        std::vector<std::wstring> near;
+        if (root.exists) {
+            near = nearBundles(root.path);
+            const std::vector<std::wstring> deep = bundlesTooDeep(root.path);
+            near.insert(near.end(), deep.begin(), deep.end());
+        }
+        for (const std::wstring& folder : near) {
             if (found.insert(folder).second) {
                 ExaminedBundle none;
                 none.folder = folder;

@@ -99,12 +99,21 @@ private:
         const auto& package = bundle.records.package;
         if (bundle.folder == path || name == subject || withoutEnding(name) == subject ||
             (!subject.empty() && (package.name == subject || package.upgradeCode == subject)) ||
-            (!bundle.manifest.empty() && bundle.manifest == path)) {
+            (!bundle.manifest.empty() && bundle.manifest == path) || liesInNamedFolder(bundle)) {
             add(bundle);
         }
         for (std::size_t index = 0; index < bundle.components.size(); ++index) {
             searchComponent({&bundle, index});
         }
+    }
+
+    /// Whether the subject is the folder of a search root in which `bundle` lies, too deep to be found.
+    bool liesInNamedFolder(const ExaminedBundle& bundle) const
+    {
+        const std::wstring folder = bundle.folder.substr(0, bundle.folder.rfind(L'/'));
+        const auto& roots = explanation.examination().roots;
+        return (folder == path || fileName(folder) == subject) &&
+               std::none_of(roots.begin(), roots.end(), [&](const ExaminedRoot& root) { return root.path == folder; });
     }
 
     void searchComponent(const ComponentPlace& place)

@@ -153,6 +153,13 @@ Finding whyNotABundle(const ExaminedBundle& bundle)
         finding.found = named(name);
         return finding;
     }
+    if (std::find(names.begin(), names.end(), localetext::narrow(manifestName())) != names.end()) {
+        const std::wstring around = localetext::widen(path.parent_path().filename().string());
+        return aboutNamed(kBundleTooDeep, bundle,
+                          "The bundle lies in the folder " + named(around) +
+                              "; bundles are looked for directly in the search root and nowhere below.",
+                          "Move the folder " + named(name) + " out of " + named(around) + ", into the search root.");
+    }
     return missingManifest(bundle, names);
 }
 
@@ -160,9 +167,9 @@ Finding whyNotABundle(const ExaminedBundle& bundle)
 
 std::vector<const Rule*> searchRules()
 {
-    return {&kRootMissing,       &kRootNotListable,   &kNoManifest,       &kManifestLetterCase,
-            &kManifestTooDeep,   &kNotAFolder,        &kBrokenLink,       &kNameWithoutEnding,
-            &kFolderNotListable, &kManifestNotOpened, &kMalformedManifest};
+    return {&kRootMissing,       &kRootNotListable,   &kNoManifest,        &kManifestLetterCase,
+            &kManifestTooDeep,   &kNotAFolder,        &kBrokenLink,        &kNameWithoutEnding,
+            &kFolderNotListable, &kManifestNotOpened, &kMalformedManifest, &kBundleTooDeep};
 }
 
 void addRootFindings(const Examination& examination, Findings& findings)

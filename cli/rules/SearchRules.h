@@ -24,6 +24,8 @@ inline constexpr Rule kManifestNotOpened{"KB110", "manifest-not-opened", Severit
                                          "The manifest cannot be opened."};
 inline constexpr Rule kMalformedManifest{"KB111", "malformed-manifest", Severity::kError,
                                          "The manifest is no well-formed XML."};
+inline constexpr Rule kBundleTooDeep{"KB112", "bundle-too-deep", Severity::kError,
+                                     "A bundle lies in a folder of a search root."};
 
 std::vector<const Rule*> searchRules();
 

@@ -153,6 +153,17 @@ bool removeBundle(const Told& told, const MendTree& tree)
     return true;
 }
 
+bool moveBundleUp(const Told& told, const MendTree& tree)
+{
+    const fs::path moved = fs::path(told.bundle).parent_path().parent_path() / fs::path(told.bundle).filename();
+    if (fs::exists(moved)) {
+        return false;
+    }
+    fs::rename(told.bundle, moved);
+    tree.moved[told.bundle] = moved;
+    return true;
+}
+
 bool renameBundle(const Told& told, const MendTree& tree)
 {
     const fs::path renamed = fs::path(told.bundle).parent_path() / quotedIn(told.mend).front();

@@ -28,6 +28,7 @@ bool writeManifest(const Told& told, const MendTree& tree);
 bool renameManifest(const Told& told, const MendTree& tree);
 bool moveManifestUp(const Told& told, const MendTree& tree);
 bool unpack(const Told& told, const MendTree& tree);
+bool moveBundleUp(const Told& told, const MendTree& tree);
 bool removeBundle(const Told& told, const MendTree& tree);
 bool renameBundle(const Told& told, const MendTree& tree);
 bool installNeeded(const Told& told, const MendTree& tree);

@@ -27,6 +27,7 @@ const std::vector<Mend>& allMends()
         {&kNameWithoutEnding, "or move it away", removeBundle},
         {&kFolderNotListable, "Let the user of the host read the folder.", letRead},
         {&kManifestNotOpened, "Let the user of the host read the file, and see that it is a regular file.", letRead},
+        {&kBundleTooDeep, "Move the folder ", moveBundleUp},
         {&kMalformedManifest, "Mend the XML at this place.", reparse, true},
 
         // What was passed over then counts, and may stop the bundle for another reason.
