@@ -123,7 +123,8 @@ std::string componentsText(const ExplainedBundle& explained)
 /// The component at `place`; its bundle is left out where it is `bundle`.
 std::string placeName(const ComponentPlace& place, const ExaminedBundle* bundle = nullptr)
 {
-    return abridged(inBundle(*place.bundle, (*place).record.moduleName)) +
+    const std::wstring& module = (*place).record.moduleName;
+    return (module.empty() ? "a component without a file" : abridged(inBundle(*place.bundle, module))) +
            (place.bundle == bundle ? "" : " of " + abridged(folderNameOf(*place.bundle)));
 }
 
@@ -141,7 +142,9 @@ std::string commandsText(const Explanation& explanation, const ExaminedBundle& b
                 localetext::upperByGlobalLocale(name);
                 const ComponentPlace* const loaded = explanation.all.loadedBy(name);
                 block.add((name.empty() ? "a command without a name" : abridged(name)) +
-                          (loaded == nullptr ? " loads nothing" : " loads " + placeName(*loaded, &bundle)));
+                          (loaded == nullptr                      ? " loads nothing"
+                           : (**loaded).record.moduleName.empty() ? " loads nothing: its component has no file"
+                                                                  : " loads " + placeName(*loaded, &bundle)));
             }
         }
     }
@@ -224,6 +227,8 @@ std::string commandText(const ExplainedCommand& command)
                                          [](const ComponentPlace& place) { return (*place).record.loadsOnCommand(); });
         text += labelled("loads", isIdle ? "nothing: no component that declares it loads on a command"
                                          : "nothing: no bundle that declares it is loaded");
+    } else if ((**command.loads).record.moduleName.empty()) {
+        text += labelled("loads", "nothing: the component that declares it has no file");
     } else {
         const ExaminedComponent& component = **command.loads;
         const bool isFailing = component.onDemand && !component.onDemand->isLoaded;

@@ -123,6 +123,9 @@ private:
         const auto isNamed = [&](const std::wstring& file) {
             return !file.empty() && (file == path || file == subject || fileName(file) == subject);
         };
+        if (declaresGlobally((*place).record)) {
+            add(*place.bundle);
+        }
         if (!isNamed(module) && !isNamed(menu)) {
             return;
         }
@@ -130,6 +133,16 @@ private:
         if (menuKindOf(module) != MenuKind::kOther) {
             explanation.menus.push_back({menu.empty() ? module : menu, place});
         }
+    }
+
+    /// Whether `entry` has the subject as a Global name, which leads to nothing, and may be taken for the one to type.
+    bool declaresGlobally(const KestComponentEntry& entry) const
+    {
+        return !subject.empty() && std::any_of(entry.commands.begin(), entry.commands.end(), [&](const auto& group) {
+            return std::any_of(group.commands.begin(), group.commands.end(), [&](const KestCommand& command) {
+                return localetext::equalIgnoringCase(command.globalName, subject);
+            });
+        });
     }
 
     /// Menus that no bundle brings, or no longer.

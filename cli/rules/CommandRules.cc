@@ -89,11 +89,26 @@ void addFindings(const ComponentInput& component, Findings& findings)
     }
 }
 
+void addIdle(const ComponentInput& component, Findings& findings)
+{
+    const std::vector<DeclaredCommand> commands = commandsOf(component.record());
+    if (commands.empty()) {
+        return;
+    }
+    Finding finding = component.finding(kIdleCommands, L"",
+                                        "The component loads at start-up, so its commands are not announced: each is "
+                                        "there only if the component registers it itself.");
+    finding.place = component.input.places.ofCommand(component.index, 0, BundleStrConst::command_Local);
+    finding.mend = "Nothing, if the component does so; else write LoadOnTARVIXStartup=\"False\" and "
+                   "LoadOnCommandInvocation=\"True\".";
+    findings.push_back(std::move(finding));
+}
+
 } // namespace
 
 std::vector<const Rule*> commandRules()
 {
-    return {&kEmptyCommandName, &kRepeatedCommand, &kCommandOfAnotherBundle, &kNoCommandLeft};
+    return {&kEmptyCommandName, &kRepeatedCommand, &kCommandOfAnotherBundle, &kNoCommandLeft, &kIdleCommands};
 }
 
 void addCommandFindings(const BundleInput& input, Findings& findings)
@@ -102,6 +117,9 @@ void addCommandFindings(const BundleInput& input, Findings& findings)
         const ComponentInput component{input, index};
         if (component.facts().outcome == ComponentOutcome::kOnDemand && !component.record().moduleName.empty()) {
             addFindings(component, findings);
+        } else if (component.record().loadsAtStartup() &&
+                   (component.record().loadFlags & KestComponentEntry::kLoadCommand) == 0) {
+            addIdle(component, findings);
         }
     }
 }

@@ -13,6 +13,8 @@ inline constexpr Rule kCommandOfAnotherBundle{"KB603", "command-of-another-bundl
                                               "Another bundle declares the same command and is found earlier."};
 inline constexpr Rule kNoCommandLeft{"KB604", "no-command-left", Severity::kError,
                                      "All commands of a component load something else."};
+inline constexpr Rule kIdleCommands{"KB605", "idle-commands", Severity::kNote,
+                                    "The commands of a component that loads at start-up are not announced."};
 
 std::vector<const Rule*> commandRules();
 

@@ -103,6 +103,27 @@ TEST_F(ExplainTest, ACommandThatNoComponentIsLoadedForIsExplainedNevertheless)
     EXPECT_EQ(done.status, 1);
 }
 
+TEST_F(ExplainTest, ACommandOfAComponentWithoutAFileLoadsNothing)
+{
+    install("Fileless.bundle", manifestOf(onDemandEntry("late.lsp", {"LATE"})));
+    const ToolRun done = tell({"explain", "late"});
+    EXPECT_EQ(done.output.substr(0, done.output.find("\n\n")), R"(Command LATE
+  loads      nothing: the component that declares it has no file
+  declared   for a component without a file of Fileless.bundle)");
+}
+
+TEST_F(ExplainTest, ACommandIsFoundByItsGlobalNameWhichDoesNothing)
+{
+    install("Global.bundle",
+            manifestOf("<Components><ComponentEntry ModuleName=\"./a.lsp\" LoadOnTARVIXStartup=\"False\" "
+                       "LoadOnCommandInvocation=\"True\"><Commands><Command Global=\"CutList\"/></Commands>"
+                       "</ComponentEntry></Components>"));
+    const ToolRun done = tell({"explain", "CUTLIST"});
+    EXPECT_EQ(done.output.substr(0, done.output.find('\n')), "Global.bundle: loaded");
+    EXPECT_NE(done.output.find("KB601"), std::string::npos) << done;
+    EXPECT_EQ(done.status, 1);
+}
+
 TEST_F(ExplainTest, AMenuIsNamedByItsFileAndItsBundleIsExplained)
 {
     installFault("nothing-wrong");

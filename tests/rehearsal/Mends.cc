@@ -133,6 +133,7 @@ const std::map<std::string, std::string>& rulesWithoutMend()
         {"KB306", "nothing is wrong as long as that part is meant"},
         {"KB408", "the version range is to be left alone, since nobody looks at it"},
         {"KB413", "told by \"check\" only"},
+        {"KB605", "nothing is wrong as long as the component registers its commands itself"},
         {"KB902", "the host says itself what is wrong with it"},
         {"KB903", "an error of the host's, which says itself what is wrong"},
         {"KB904", "told by \"check\" only"},
