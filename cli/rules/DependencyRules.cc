@@ -125,7 +125,9 @@ void addStandings(const BundleInput& input, Findings& findings)
         const Place place = input.places.ofDependency(index, codeAttribute());
         if (input.bundle.isKept()) {
             const DependencyStanding standing = input.all.dependencies.standingOf(input.bundle, dependency);
-            if (standing.standing != Standing::kLoaded) {
+            // Menus wait only for the turn of what they depend on: a bundle of nothing else may load before it.
+            const bool isHarmless = input.bundle.isLoaded() && standing.standing != Standing::kMissing;
+            if (standing.standing != Standing::kLoaded && !isHarmless) {
                 findings.push_back(standingFinding(input, dependency, place, standing));
             }
         }
