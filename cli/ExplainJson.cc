@@ -110,9 +110,11 @@ Json commandsJson(const Explanation& explanation)
         for (const ComponentPlace& place : command.declaredBy) {
             declaredBy.push_back(placeJson(place));
         }
-        list.push_back({{"name", plainUtf8(command.name)},
-                        {"loads", command.loads ? placeJson(*command.loads) : Json()},
-                        {"declaredBy", std::move(declaredBy)}});
+        list.push_back(
+            {{"name", plainUtf8(command.name)},
+             {"loads",
+              command.loads && !(**command.loads).record.moduleName.empty() ? placeJson(*command.loads) : Json()},
+             {"declaredBy", std::move(declaredBy)}});
     }
     return list;
 }

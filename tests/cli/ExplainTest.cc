@@ -110,6 +110,7 @@ TEST_F(ExplainTest, ACommandOfAComponentWithoutAFileLoadsNothing)
     EXPECT_EQ(done.output.substr(0, done.output.find("\n\n")), R"(Command LATE
   loads      nothing: the component that declares it has no file
   declared   for a component without a file of Fileless.bundle)");
+    EXPECT_EQ(explainJson({"late"})["commands"][0]["loads"], nullptr);
 }
 
 TEST_F(ExplainTest, ACommandIsFoundByItsGlobalNameWhichDoesNothing)
