@@ -24,6 +24,20 @@ bool isWholeNumber(std::wstring_view text)
            std::all_of(text.begin(), text.end(), [](wchar_t one) { return one >= L'0' && one <= L'9'; });
 }
 
+/// The number that a bound begins with, when something else than blanks follows it; empty: nothing does, or it begins
+/// with none. An exponent is left alone: it is read.
+std::wstring_view readPartOf(std::wstring_view bound)
+{
+    constexpr std::wstring_view kDigits = L"0123456789";
+    const std::size_t begin = std::min(bound.find_first_of(L"0123456789."), bound.size());
+    std::size_t end = std::min(bound.find_first_not_of(kDigits, begin), bound.size());
+    if (end < bound.size() && bound[end] == L'.') {
+        end = std::min(bound.find_first_not_of(kDigits, end + 1), bound.size());
+    }
+    const bool isRest = bound.find_first_not_of(kBlanks, end) != std::wstring_view::npos;
+    return isRest && bound[end] != L'e' && bound[end] != L'E' ? bound.substr(begin, end - begin) : std::wstring_view();
+}
+
 /// Whether more is made of the value than to show it to people.
 bool isCompared(const AttributeWord& word)
 {
@@ -140,6 +154,19 @@ private:
                     ": no host has such a version, and the bundle is always dropped.",
                 "Exchange the two bounds, or leave one out. 26.10 is the number 26.1.");
         }
+        judgeBound(index, BundleStrConst::run_SeriesMin, min);
+        judgeBound(index, BundleStrConst::run_SeriesMax, max);
+    }
+
+    void judgeBound(std::size_t index, const std::wstring& attribute, const std::wstring& bound)
+    {
+        const std::wstring_view part = readPartOf(bound);
+        if (!part.empty() && _wtof(bound.c_str()) != 0.0) { // else it bounds nothing, which is told as that
+            add(kPartlyReadBound, index, attribute,
+                abridged(attribute) + "=" + named(bound) + " is read as " + abridged(part) +
+                    ": only the number that it begins with counts.",
+                "Write a number with a point and nothing else, such as 26.5.");
+        }
     }
 
     void judgeVersions(std::size_t index)
@@ -195,8 +222,8 @@ private:
 
 std::vector<const Rule*> valueRules()
 {
-    return {&kNotAWholeNumber, &kSurroundingBlank, &kEmptySeries,      &kEmptyVersionRange,
-            &kDamagedText,     &kOtherEncoding,    &kIncompletePackage};
+    return {&kNotAWholeNumber, &kSurroundingBlank, &kEmptySeries,       &kEmptyVersionRange,
+            &kDamagedText,     &kOtherEncoding,    &kIncompletePackage, &kPartlyReadBound};
 }
 
 void addValueFindings(const LintInput& input, Findings& findings)

@@ -21,6 +21,8 @@ inline constexpr Rule kOtherEncoding{"KB216", "other-encoding", Severity::kNote,
                                      "A manifest is written in another encoding than UTF-8."};
 inline constexpr Rule kIncompletePackage{"KB217", "incomplete-package", Severity::kNote,
                                          "A bundle does not say what it is called, or which version it is."};
+inline constexpr Rule kPartlyReadBound{"KB218", "partly-read-bound", Severity::kWarning,
+                                       "Of a bound only the number that it begins with counts."};
 
 std::vector<const Rule*> valueRules();
 
