@@ -46,6 +46,14 @@ bool isForeign(std::wstring_view name)
     return name.find(L':') != std::wstring_view::npos || name == L"xmlns";
 }
 
+/// The element that `name` would be without its prefix; null: it has none, or would be none that is read.
+const ElementWord* behindPrefix(std::wstring_view name)
+{
+    const std::size_t colon = name.find(L':');
+    const ElementWord* const word = colon != std::wstring_view::npos ? findElement(name.substr(colon + 1)) : nullptr;
+    return word != nullptr && word->isRead ? word : nullptr;
+}
+
 /// What an element is to the autoloader, and what it is meant to be.
 struct ElementStanding
 {
@@ -82,7 +90,7 @@ private:
             standing = standings[element.parent];
             standing.meant = nullptr;
         }
-        if (isForeign(element.name)) {
+        if (isForeign(element.name) && behindPrefix(element.name) == nullptr) {
             return;
         }
         const ElementWord* const known = findElement(element.name);
@@ -153,6 +161,12 @@ private:
                     " it is an attribute.",
                 "Write it as an attribute of " + named(parent->name) + ".");
             return nullptr;
+        }
+        if (const ElementWord* const word = behindPrefix(element.name)) {
+            add(kMisspeltElement, index, L"",
+                "The element " + named(element.name) + " is passed over: its prefix counts as part of its name.",
+                "Did you mean " + named(word->name) + "?");
+            return elementSeen(around, word->name);
         }
         const Meant<ElementWord> meant = meantAmong(manifestVocabulary(), element.name);
         const std::string name = named(element.name);

@@ -135,6 +135,7 @@ void ManifestEdit::remove(xmlNode* element)
 
 void ManifestEdit::rename(xmlNode* element, const std::string& name)
 {
+    element->ns = nullptr; // which would put its prefix before the name
     xmlNodeSetName(element, bytes(name));
 }
 
