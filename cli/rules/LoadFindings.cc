@@ -10,7 +10,6 @@
 #include "menus/MenuKind.h"
 #include "standalone/Utf8.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
@@ -141,23 +140,19 @@ void addFailure(const ComponentInput& component, const std::string& problem, boo
     findings.push_back(std::move(finding));
 }
 
-/// The earlier component of the bundle that decides which Python a command runs this one's script with: the first that
-/// declares a command for it. Null when it is this one, or agrees with it.
+/// The earlier component that decides which Python a command runs this one's script with: the first that declares a
+/// command for it. Null when it is this one, or agrees with it.
 const KestComponentEntry* otherPython(const ComponentInput& component)
 {
     const KestComponentEntry& entry = component.record();
-    if (!entry.loadsOnCommand()) {
+    const auto& all = component.input.all.firstDeclaring;
+    const auto first = all.find(entry.moduleName);
+    if (!entry.loadsOnCommand() || first == all.end() || first->second.bundle != &component.input.bundle ||
+        first->second.component >= component.index) {
         return nullptr;
     }
-    for (std::size_t index = 0; index < component.index; ++index) {
-        const KestComponentEntry& other = component.input.bundle.components[index].record;
-        if (other.moduleName == entry.moduleName && other.loadsOnCommand() &&
-            std::any_of(other.commands.begin(), other.commands.end(),
-                        [](const KestCommands& group) { return !group.commands.empty(); })) {
-            return other.pythonVersion != entry.pythonVersion ? &other : nullptr;
-        }
-    }
-    return nullptr;
+    const KestComponentEntry& other = (*first->second).record;
+    return other.pythonVersion != entry.pythonVersion ? &other : nullptr;
 }
 
 void addOtherPython(const ComponentInput& component, const KestComponentEntry& other, Findings& findings)

@@ -14,6 +14,9 @@ RuleInput::RuleInput(const Examination& facts) : examination(facts), dependencie
             auto& commands = component.record.loadsOnCommand() ? declaredCommands : idleCommands;
             for (const KestCommands& group : component.record.commands) {
                 for (const KestCommand& command : group.commands) {
+                    if (component.record.loadsOnCommand()) {
+                        firstDeclaring.try_emplace(component.record.moduleName, ComponentPlace{&bundle, index});
+                    }
                     std::wstring name = command.localName;
                     localetext::upperByGlobalLocale(name);
                     auto& places = commands[name];

@@ -31,7 +31,9 @@ struct RuleInput
     Dependencies dependencies;
     /// By upper-case command name: the components that declare it to be loaded for it, in the order found.
     std::unordered_map<std::wstring, std::vector<ComponentPlace>> declaredCommands;
-    /// The same for components that are not to be loaded for it, and declare it nevertheless.
+    /// By module: the first component with it that declares a command to be loaded for.
+    std::unordered_map<std::wstring, ComponentPlace> firstDeclaring;
+    /// As declaredCommands, for components that are not to be loaded for it, and declare it nevertheless.
     std::unordered_map<std::wstring, std::vector<ComponentPlace>> idleCommands;
 };
 
