@@ -143,8 +143,8 @@ void addComponentFindings(const BundleInput& input, Findings& findings)
     const ExaminedBundle& bundle = input.bundle;
     if (bundle.isKept() && bundle.components.empty() && bundle.state != BundleState::kUnreadable) {
         Finding finding = findingOf(kNoComponents, bundle, input.places.ofPackage(),
-                                    "The bundle has no components, so there is nothing to load, and no bundle that "
-                                    "depends on it ever loads.");
+                                    "The bundle has no components, so there is nothing to load, and no component of "
+                                    "a bundle that depends on it ever loads.");
         finding.expected = "Components with a ComponentEntry";
         finding.mend = "Declare the files of the bundle as components.";
         findings.push_back(std::move(finding));

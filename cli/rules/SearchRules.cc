@@ -1,5 +1,6 @@
 #include "cli/rules/SearchRules.h"
 
+#include "cli/NearestName.h"
 #include "cli/Shown.h"
 #include "cli/rules/RuleTexts.h"
 
@@ -47,6 +48,24 @@ bool isManifestInAnotherCase(const std::string& name)
     return localetext::equalIgnoringCase(localetext::widen(name), manifestName());
 }
 
+/// The file in `folder` that was probably meant to be the manifest, by its name; empty: there is none.
+std::wstring misnamedManifest(const fs::path& folder, const std::vector<std::string>& names)
+{
+    const std::string wanted = localetext::narrow(manifestName());
+    std::vector<std::string> files;
+    for (const std::string& name : names) {
+        std::error_code ignored;
+        if (fs::is_regular_file(folder / name, ignored)) {
+            files.push_back(name);
+        }
+    }
+    // An ending more is what editors and downloads add.
+    const auto longer = std::find_if(files.begin(), files.end(), [&](const std::string& name) {
+        return localetext::equalIgnoringCase(localetext::widen(name.substr(0, wanted.size())), manifestName());
+    });
+    return localetext::widen(longer != files.end() ? *longer : nearestName(wanted, files).value_or(""));
+}
+
 /// A manifest in a folder directly below `folder`, relative to that; empty: there is none.
 std::wstring manifestBelow(const fs::path& folder, const std::vector<std::string>& names)
 {
@@ -88,6 +107,15 @@ Finding missingManifest(const ExaminedBundle& bundle, const std::vector<std::str
                                      "Move the manifest, with all that it names, up into the bundle folder itself.");
         finding.expected = wanted;
         finding.found = named(below);
+        return finding;
+    }
+    if (const std::wstring near = misnamedManifest(localetext::narrow(bundle.folder), names); !near.empty()) {
+        Finding finding = aboutNamed(kNoManifest, bundle,
+                                     "The folder has no manifest, so it is passed over; its file " + named(near) +
+                                         " may have been meant to be that.",
+                                     "Rename the file to " + wanted + ", if it is the manifest.");
+        finding.expected = wanted;
+        finding.found = named(near);
         return finding;
     }
     Finding finding = aboutNamed(kNoManifest, bundle, "The folder has no manifest, so it is passed over.",

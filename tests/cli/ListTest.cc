@@ -45,8 +45,8 @@ TEST_F(ListTest, OnATerminalTheTableFitsAndStatesHaveColours)
     EXPECT_EQ(onTerminal(50), "NAME   VERSION  STATE  COMMANDS  MENUS  FOLDER\r\n"
                               "Tools  1.0.0    \x1B[33mkept\x1B[0m          0      0  user: T...\r\n"
                               "    warning KB501: The bundle has no components,\r\n"
-                              "    so there is nothing to load, and no bundle\r\n"
-                              "    that depends on it ever loads.\r\n"
+                              "    so there is nothing to load, and no component\r\n"
+                              "    of a bundle that depends on it ever loads.\r\n"
                               "\r\n1 bundle: 1 kept\r\n\"kestbundle explain Tools.bundle\" says why.\r\n");
 }
 

@@ -18,6 +18,7 @@ const std::vector<Mend>& allMends()
         {&kRootMissing, "Make the folder", makeFolder},
         {&kRootNotListable, "Make it a folder that the user of the host can read.", letRead},
         {&kNoManifest, "Put a manifest", writeManifest},
+        {&kNoManifest, "Rename the file", renameManifest},
         {&kManifestLetterCase, "Rename the file", renameManifest},
         {&kManifestTooDeep, "Move the manifest, with all that it names, up", moveManifestUp},
         {&kNotAFolder, "Unpack it", unpack},
