@@ -8,8 +8,6 @@ namespace cli {
 
 namespace {
 
-constexpr std::wstring_view kEnding = L".bundle";
-
 /// Characters that do something to a line instead of being seen in it: in a terminal, in an editor, in a source text.
 bool isUnseen(wchar_t unit)
 {
@@ -79,11 +77,15 @@ std::string problemWithBundleFolder(std::wstring_view folder)
     return problemWithPathText(folder);
 }
 
+bool hasBundleEnding(std::wstring_view name)
+{
+    const std::size_t length = name.size() - std::min(name.size(), kBundleEnding.size());
+    return localetext::equalIgnoringCase(name.substr(length), kBundleEnding);
+}
+
 std::wstring withoutBundleEnding(std::wstring_view given)
 {
-    const std::size_t length = given.size() - std::min(given.size(), kEnding.size());
-    const bool isThere = localetext::equalIgnoringCase(given.substr(length), kEnding);
-    return std::wstring(isThere ? given.substr(0, length) : given);
+    return std::wstring(hasBundleEnding(given) ? given.substr(0, given.size() - kBundleEnding.size()) : given);
 }
 
 std::wstring commandNameFor(std::wstring_view name)

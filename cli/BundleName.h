@@ -1,4 +1,4 @@
-// Names for new bundles: what the name of the folder allows, and the command that is made of it.
+// Names of bundles: the ending of the folder's, what it allows beside that, and the command that is made of it.
 #pragma once
 
 #include <string>
@@ -16,7 +16,12 @@ std::string problemWithBundleFolder(std::wstring_view folder);
 /// Why `text` cannot stand in a manifest; empty when it can.
 std::string problemWithManifestText(std::wstring_view text);
 
-/// `given` without ".bundle" at its end, in any letter case.
+/// What the name of a bundle's folder ends in, in any letter case.
+inline constexpr std::wstring_view kBundleEnding = L".bundle";
+
+bool hasBundleEnding(std::wstring_view name);
+
+/// `given` without that ending, if it has it.
 std::wstring withoutBundleEnding(std::wstring_view given);
 
 /// The name of a command for the bundle `name`: its letters and digits in upper case. Never empty.

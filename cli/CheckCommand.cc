@@ -24,7 +24,7 @@ namespace cli {
 
 namespace {
 
-constexpr char kExamples[] =
+constexpr char kCheckExamples[] =
     R"(Nothing is loaded and nothing is changed: the bundles are only looked at, all of them as one set. What they depend on and
 is not among them is taken to be installed elsewhere. The installed bundles and the settings of the user do not count.
 
@@ -150,7 +150,7 @@ void addCheckCommand(CLI::App& app, Action& chosen)
     check.text("--os", options->os, "NAME", "Check for this operating system (default: this one)");
     check.text("--arch", options->architecture, "MACHINE", "Check for this machine (default: this one)");
     check.text("--product", options->product, "TEXT", "Check for this product (default: TARVIX)");
-    check.footer(kExamples);
+    check.footer(kCheckExamples);
     check.does(chosen, [options] { return cli::check(*options); });
 }
 

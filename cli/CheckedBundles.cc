@@ -120,7 +120,7 @@ void addReasons(const ExaminedBundle& bundle, Findings reasons, Findings& found)
 }
 
 /// `findings` with at most so many of each rule that people can still read them; the next one tells how many follow.
-Findings abridged(Findings findings)
+Findings fewOfEach(Findings findings)
 {
     constexpr std::size_t kMostOfARule = 100;
     std::map<std::string_view, std::size_t> counts;
@@ -150,7 +150,7 @@ Findings findingsOf(const Surroundings& surroundings, const ExaminedBundle& bund
         return std::tie(one.place.line, one.place.column, one.rule->code) <
                std::tie(other.place.line, other.place.column, other.rule->code);
     });
-    return abridged(std::move(findings));
+    return fewOfEach(std::move(findings));
 }
 
 /// Calls `work` with each number below `count`, on as many threads as there are cores. The first exception ends it.

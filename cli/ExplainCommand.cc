@@ -13,7 +13,7 @@ namespace cli {
 
 namespace {
 
-constexpr char kExamples[] = R"(Nothing is loaded and nothing is changed: the bundles are only looked at.
+constexpr char kExplainExamples[] = R"(Nothing is loaded and nothing is changed: the bundles are only looked at.
 
 Examples:
   kestbundle explain
@@ -39,7 +39,7 @@ void addExplainCommand(CLI::App& app, Action& chosen)
                       "A bundle (folder, Name or UpgradeCode), a command, or a menu (default: all bundles, in short)");
     addHostOptions(explain, options->host);
     explain.flag("--json", options->json, "Write the explanation as one JSON document");
-    explain.footer(kExamples);
+    explain.footer(kExplainExamples);
     explain.does(chosen, [options] { return cli::explain(*options); });
 }
 

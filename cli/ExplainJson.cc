@@ -1,6 +1,7 @@
 #include "cli/ComponentText.h"
 #include "cli/ExplainReport.h"
 #include "cli/FindingJson.h"
+#include "cli/JsonTexts.h"
 #include "cli/RequirementComparison.h"
 #include "cli/Shown.h"
 
@@ -11,20 +12,6 @@ namespace cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-Json orNull(std::string utf8)
-{
-    return utf8.empty() ? Json() : Json(std::move(utf8));
-}
-
-Json texts(const std::vector<std::wstring>& wide)
-{
-    Json list = Json::array();
-    for (const std::wstring& one : wide) {
-        list.push_back(plainUtf8(one));
-    }
-    return list;
-}
 
 Json requirementsJson(const Explanation& explanation, const ExaminedBundle& bundle)
 {
@@ -71,7 +58,7 @@ Json componentsJson(const ExplainedBundle& explained)
                         {"outcome", nameOf(one.outcome)},
                         {"problem", orNull(one.problem)},
                         {"menu", orNull(plainUtf8(one.menu))},
-                        {"commands", texts(one.commands)},
+                        {"commands", textsJson(one.commands)},
                         {"firstUse", std::move(firstUse)}});
     }
     return list;

@@ -18,10 +18,10 @@ namespace cli {
 namespace {
 
 /// Lines of which only the first has a label.
-class Block
+class LabelledBlock
 {
 public:
-    explicit Block(std::string itsLabel) : label(std::move(itsLabel)) {}
+    explicit LabelledBlock(std::string itsLabel) : label(std::move(itsLabel)) {}
 
     void add(const std::string& line)
     {
@@ -80,7 +80,7 @@ std::string comparisonText(const RequirementComparison& comparison)
 
 std::string requirementsText(const Explanation& explanation, const ExaminedBundle& bundle)
 {
-    Block block("requires");
+    LabelledBlock block("requires");
     const auto comparisons = comparisonsOf(explanation.examination(), bundle);
     if (comparisons.empty()) {
         block.add("nothing");
@@ -93,7 +93,7 @@ std::string requirementsText(const Explanation& explanation, const ExaminedBundl
 
 std::string dependenciesText(const Explanation& explanation, const ExaminedBundle& bundle)
 {
-    Block block("depends on");
+    LabelledBlock block("depends on");
     for (const KestDependentBundle& dependency : bundle.records.dependencies) {
         const DependencyStanding standing = explanation.all.dependencies.standingOf(bundle, dependency);
         block.add(named(dependency.upgradeCode) + ": " +
@@ -106,7 +106,7 @@ std::string dependenciesText(const Explanation& explanation, const ExaminedBundl
 std::string componentsText(const ExplainedBundle& explained)
 {
     const ExaminedBundle& bundle = *explained.bundle;
-    Block block("components");
+    LabelledBlock block("components");
     if (bundle.components.empty()) {
         block.add(bundle.isKept() ? "none" : "none is read");
     }
@@ -131,7 +131,7 @@ std::string placeName(const ComponentPlace& place, const ExaminedBundle* bundle 
 /// The commands that components of the bundle declare, and what each loads.
 std::string commandsText(const Explanation& explanation, const ExaminedBundle& bundle)
 {
-    Block block("commands");
+    LabelledBlock block("commands");
     for (const ExaminedComponent& component : bundle.components) {
         if (!component.record.loadsOnCommand()) {
             continue;
@@ -179,7 +179,7 @@ private:
 std::string menusText(const Explanation& explanation, const ExaminedBundle& bundle)
 {
     const HostList list(explanation);
-    Block block("menus");
+    LabelledBlock block("menus");
     for (const ExaminedComponent& component : bundle.components) {
         if (!component.menu.empty()) {
             block.add(abridged(inBundle(bundle, component.menu)) + ": " + list.placeOf(component.menu));
@@ -234,7 +234,7 @@ std::string commandText(const ExplainedCommand& command)
         const bool isFailing = component.onDemand && !component.onDemand->isLoaded;
         text += labelled("loads", placeName(*command.loads) + (isFailing ? ", which fails" : ""));
     }
-    Block block("declared");
+    LabelledBlock block("declared");
     for (const ComponentPlace& place : command.declaredBy) {
         const bool isLoaded = command.loads && (*place).record.moduleName == (**command.loads).record.moduleName;
         const bool isAtStartup = (*place).record.loadsAtStartup();

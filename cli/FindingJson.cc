@@ -1,5 +1,6 @@
 #include "cli/FindingJson.h"
 
+#include "cli/JsonTexts.h"
 #include "cli/Shown.h"
 
 namespace cli {
@@ -8,12 +9,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json orNull(const std::string& utf8)
-{
-    return utf8.empty() ? Json() : Json(utf8);
-}
-
-Json orNull(int number)
+Json numberOrNull(int number)
 {
     return number == 0 ? Json() : Json(number);
 }
@@ -28,8 +24,8 @@ Json findingJson(const Finding& finding)
             {"bundle", orNull(plainUtf8(finding.bundle))},
             {"subject", orNull(plainUtf8(finding.subject))},
             {"file", orNull(plainUtf8(finding.place.file))},
-            {"line", orNull(finding.place.line)},
-            {"column", orNull(finding.place.column)},
+            {"line", numberOrNull(finding.place.line)},
+            {"column", numberOrNull(finding.place.column)},
             {"what", finding.what},
             {"expected", orNull(finding.expected)},
             {"found", orNull(finding.found)},

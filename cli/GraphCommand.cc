@@ -17,7 +17,7 @@ namespace cli {
 
 namespace {
 
-constexpr char kExamples[] =
+constexpr char kGraphExamples[] =
     R"(Without BUNDLE all bundles are drawn, else those and all that they need. A BUNDLE is a folder, its name with or without
 ".bundle", a name or an UpgradeCode.
 
@@ -121,7 +121,7 @@ void addGraphCommand(CLI::App& app, Action& chosen)
     graph.flag("--menus", options->picture.menus, "Draw the menus of each bundle, too");
     graph.flag("--json", options->json, "Write the graph as one JSON document", format);
     graph.arguments("bundles", options->bundles, "BUNDLE", "Draw these and what they need (default: all)");
-    graph.footer(kExamples);
+    graph.footer(kGraphExamples);
     graph.does(chosen, [options] { return cli::graph(*options); });
 }
 

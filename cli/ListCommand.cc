@@ -16,7 +16,7 @@ namespace cli {
 
 namespace {
 
-constexpr char kExamples[] = R"(Nothing is loaded and nothing is changed: the bundles are only looked at.
+constexpr char kListExamples[] = R"(Nothing is loaded and nothing is changed: the bundles are only looked at.
 
 Examples:
   kestbundle list
@@ -36,7 +36,7 @@ void addListCommand(CLI::App& app, Action& chosen)
     const auto options = std::make_shared<ListOptions>();
     addHostOptions(list, options->host);
     list.flag("--json", options->json, "Write the list as one JSON document");
-    list.footer(kExamples);
+    list.footer(kListExamples);
     list.does(chosen, [options] { return cli::list(*options); });
 }
 

@@ -12,7 +12,7 @@ namespace cli {
 
 namespace {
 
-constexpr char kExamples[] =
+constexpr char kLogExamples[] =
     R"(The host empties the log at each start, so that it tells of the last one only. The log is not changed.
 
 Examples:
@@ -37,7 +37,7 @@ void addLogCommand(CLI::App& app, Action& chosen)
     log.argument("FILE", options->file, "", "The log (default: the one in the home folder)");
     addHostOptions(log, options->host);
     log.flag("--json", options->json, "Write the log as one JSON document");
-    log.footer(kExamples);
+    log.footer(kLogExamples);
     log.does(chosen, [options] { return cli::log(*options); });
 }
 

@@ -17,7 +17,7 @@ namespace cli {
 namespace {
 
 /// Far more than any start writes. What is longer was not written by one.
-constexpr std::size_t kLongest = 16UL << 20;
+constexpr std::size_t kMostRead = 16UL << 20;
 
 std::string folderOf(const std::string& path)
 {
@@ -61,8 +61,8 @@ std::string readBegin(int descriptor, const std::string& path)
 {
     std::string bytes;
     char buffer[65536];
-    while (bytes.size() < kLongest) {
-        const ssize_t length = ::read(descriptor, buffer, std::min(sizeof(buffer), kLongest - bytes.size()));
+    while (bytes.size() < kMostRead) {
+        const ssize_t length = ::read(descriptor, buffer, std::min(sizeof(buffer), kMostRead - bytes.size()));
         if (length > 0) {
             bytes.append(buffer, static_cast<std::size_t>(length));
         } else if (length == 0) {
@@ -98,7 +98,7 @@ LogFile readLogFile(const std::string& path, bool isUsual)
     }
     LogFile log{path, static_cast<std::uintmax_t>(found.st_size), true, false, {}};
     std::string bytes = readBegin(descriptor, path);
-    log.isWhole = bytes.size() < kLongest;
+    log.isWhole = bytes.size() < kMostRead;
     if (!log.isWhole) { // the last record may be cut; what is before it is not
         bytes.resize(std::min(bytes.rfind("\n\n"), bytes.size() - 1) + 1);
     }

@@ -11,7 +11,7 @@ namespace cli {
 
 namespace {
 
-constexpr char kExamples[] = R"(Nothing is written: the list is what it was afterwards.
+constexpr char kMenusExamples[] = R"(Nothing is written: the list is what it was afterwards.
 "-" is taken out of the list, "+" is new in it; below each entry stands where it comes from.
 
 Examples:
@@ -33,7 +33,7 @@ void addMenusCommand(CLI::App& app, Action& chosen)
     const auto options = std::make_shared<MenusOptions>();
     addHostOptions(menus, options->host);
     menus.flag("--json", options->json, "Write the account as one JSON document");
-    menus.footer(kExamples);
+    menus.footer(kMenusExamples);
     menus.does(chosen, [options] { return cli::menus(*options); });
 }
 

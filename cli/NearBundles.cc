@@ -1,5 +1,7 @@
 #include "cli/NearBundles.h"
 
+#include "cli/BundleName.h"
+
 #include "host/FileLayer.h"
 #include "host/LocaleText.h"
 #include "manifest/BundleStrConst.h"
@@ -15,13 +17,6 @@ namespace cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool endsLikeABundle(const std::wstring& name)
-{
-    constexpr std::wstring_view kEnding = L".bundle";
-    return name.size() >= kEnding.size() &&
-           localetext::equalIgnoringCase(std::wstring_view(name).substr(name.size() - kEnding.size()), kEnding);
-}
 
 bool holdsAManifest(const fs::path& folder)
 {
@@ -51,9 +46,9 @@ std::vector<std::wstring> bundlesTooDeep(const std::wstring& folder)
         }
         for (fs::directory_iterator one(entry->path(), ignored), none; !ignored && one != none;
              one.increment(ignored)) {
-            const std::wstring name = localetext::widen(one->path().filename().string());
-            if (endsLikeABundle(name) && holdsAManifest(one->path())) {
-                paths.push_back(folder + L"/" + localetext::widen(entry->path().filename().string()) + L"/" + name);
+            if (hasBundleEnding(localetext::widen(one->path().filename().string())) && holdsAManifest(one->path())) {
+                const fs::path below = entry->path().filename() / one->path().filename();
+                paths.push_back(folder + L"/" + localetext::widen(below.string()));
             }
         }
     }
@@ -66,7 +61,7 @@ std::vector<std::wstring> bundlesTooDeep(const std::wstring& folder)
 bool looksLikeABundle(const std::wstring& path)
 {
     const std::wstring name = path.substr(path.rfind(L'/') + 1);
-    return endsLikeABundle(name) || holdsAManifest(localetext::narrow(path));
+    return hasBundleEnding(name) || holdsAManifest(localetext::narrow(path));
 }
 
 std::vector<std::wstring> nearBundles(const std::wstring& folder)
@@ -75,7 +70,7 @@ std::vector<std::wstring> nearBundles(const std::wstring& folder)
     std::error_code error;
     for (fs::directory_iterator entry(localetext::narrow(folder), error), end; !error && entry != end;
          entry.increment(error)) {
-        if (endsLikeABundle(localetext::widen(entry->path().filename().string())) || holdsAManifest(entry->path())) {
+        if (hasBundleEnding(localetext::widen(entry->path().filename().string())) || holdsAManifest(entry->path())) {
             names.push_back(entry->path().filename().string());
         }
     }

@@ -26,7 +26,7 @@ namespace cli {
 
 namespace {
 
-constexpr char kExamples[] = R"(Examples:
+constexpr char kNewExamples[] = R"(Examples:
   kestbundle new Hello --install
       Make Hello.bundle with a LISP file, where "kestbundle run" finds it.
   kestbundle new Hello --kind native --kind menus --folder src
@@ -168,7 +168,7 @@ void addNewCommand(CLI::App& app, Action& chosen)
     command.text("--upgrade-code", options->upgradeCode, "TEXT", "Its identity (default: a new GUID)");
     command.flag("--requirements", options->requirements, "Ask for a host like that of this machine");
     command.flag("--json", options->json, "Say what was made as one JSON document");
-    command.footer(kExamples);
+    command.footer(kNewExamples);
     command.does(chosen, [options] { return makeNew(*options); });
 }
 

@@ -1,5 +1,6 @@
 #include "cli/ReportJson.h"
 
+#include "cli/JsonTexts.h"
 #include "cli/MenuDifference.h"
 #include "cli/Shown.h"
 
@@ -20,21 +21,6 @@ Json text(std::wstring_view wide)
 Json pathText(const std::string& bytesOfLocale)
 {
     return plainUtf8FromLocale(bytesOfLocale);
-}
-
-Json texts(const std::vector<std::wstring>& wide)
-{
-    Json list = Json::array();
-    for (const std::wstring& one : wide) {
-        list.push_back(text(one));
-    }
-    return list;
-}
-
-/// A text, or null when it is empty: there is nothing to say.
-Json orNull(const std::string& utf8)
-{
-    return utf8.empty() ? Json() : Json(utf8);
 }
 
 /// Milliseconds to the microsecond; more would be noise.
@@ -80,7 +66,7 @@ Json bundleJson(const BundleFacts& bundle)
             {"state", nameOf(bundle.state)},
             {"reasons", std::move(reasons)},
             {"manifestProblem", std::move(problem)},
-            {"announced", texts(bundle.announced)},
+            {"announced", textsJson(bundle.announced)},
             {"activity",
              {{"modulesLoaded", bundle.activity.modulesLoaded},
               {"scriptsLoaded", bundle.activity.scriptsLoaded},
@@ -95,7 +81,7 @@ Json bundleJson(const BundleFacts& bundle)
 Json menusJson(const MenuFacts& menus)
 {
     const auto entries = [](const std::optional<std::wstring>& list) {
-        return list ? texts(menuEntries(list)) : Json();
+        return list ? textsJson(menuEntries(list)) : Json();
     };
     Json added = Json::array();
     Json removed = Json::array();

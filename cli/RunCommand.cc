@@ -18,7 +18,7 @@ namespace cli {
 
 namespace {
 
-constexpr char kExamples[] = R"(Examples:
+constexpr char kRunExamples[] = R"(Examples:
   kestbundle run
       Start with the bundles that are installed, and say what became of each.
   kestbundle run --home /tmp/try --command UNITS
@@ -68,7 +68,7 @@ void addRunCommand(CLI::App& app, Action& chosen)
               "Run the command NAME after the start; may be given more than once");
     run.flag("--interactive", options->interactive, "Then read command names from standard input");
     run.flag("--json", options->json, "Write the report as one JSON document");
-    run.footer(kExamples);
+    run.footer(kRunExamples);
     run.does(chosen, [options] { return cli::run(*options); });
 }
 

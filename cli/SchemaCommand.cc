@@ -9,7 +9,7 @@ namespace cli {
 
 namespace {
 
-constexpr char kExamples[] = R"(Examples:
+constexpr char kSchemaExamples[] = R"(Examples:
   kestbundle schema > PackageContents.xsd
       Keep the schema where an editor finds it; it completes names and explains them.
   kestbundle schema | xmllint --noout --schema - Hello.bundle/PackageContents.xml
@@ -26,7 +26,7 @@ Exit status: 0 all went well, 1 standard output could not be written,
 void addSchemaCommand(CLI::App& app, Action& chosen)
 {
     Subcommand schema(app, "schema", "Print an XML schema (XSD 1.0) of the manifest, for editors");
-    schema.footer(kExamples);
+    schema.footer(kSchemaExamples);
     schema.does(chosen, [] {
         // Not by the locale: the document says that it is UTF-8.
         const std::string text = manifestSchema();

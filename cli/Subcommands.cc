@@ -50,7 +50,7 @@ std::string didYouMean(const CLI::App& app, const std::string& argument)
     return nearest ? "; did you mean \"" + *nearest + "\"?" : "";
 }
 
-std::string quoted(const std::string& argument)
+std::string inQuotes(const std::string& argument)
 {
     return "\"" + standalone::displayable(std::string_view(argument)) + "\"";
 }
@@ -78,8 +78,8 @@ std::string explainRefusal(const CLI::App& app, const CLI::ParseError& error)
     if (const std::vector<std::string> unexpected = refusing.remaining(); !unexpected.empty()) {
         const std::string& first = unexpected.front();
         const bool isSubcommand = &refusing == &app && !first.starts_with('-');
-        text =
-            isSubcommand ? quoted(first) + " is no subcommand" : "The argument " + quoted(first) + " was not expected";
+        text = isSubcommand ? inQuotes(first) + " is no subcommand"
+                            : "The argument " + inQuotes(first) + " was not expected";
         text += didYouMean(refusing, first);
     }
     return text + "\nRun \"kestbundle " + (&refusing == &app ? "" : refusing.get_name() + " ") +

@@ -1,5 +1,6 @@
 #include "cli/SubjectSearch.h"
 
+#include "cli/BundleName.h"
 #include "cli/ExitStatus.h"
 #include "cli/MenuDifference.h"
 #include "cli/NearestName.h"
@@ -22,15 +23,6 @@ std::wstring fileName(const std::wstring& path)
     return path.substr(path.rfind(L'/') + 1);
 }
 
-std::wstring withoutEnding(const std::wstring& name)
-{
-    constexpr std::wstring_view kEnding = L".bundle";
-    const bool hasEnding =
-        name.size() > kEnding.size() &&
-        localetext::equalIgnoringCase(std::wstring_view(name).substr(name.size() - kEnding.size()), kEnding);
-    return hasEnding ? name.substr(0, name.size() - kEnding.size()) : name;
-}
-
 /// `subject` as a path from the root, without "." and ".." and without a "/" at its end.
 std::wstring asPath(const std::string& subject)
 {
@@ -43,10 +35,10 @@ std::wstring asPath(const std::string& subject)
 }
 
 /// One search, for one subject.
-class Search
+class OneSearch
 {
 public:
-    Search(Explanation& toFill, std::vector<const ExaminedBundle*>& itsBundles, const std::string& narrow)
+    OneSearch(Explanation& toFill, std::vector<const ExaminedBundle*>& itsBundles, const std::string& narrow)
         : explanation(toFill), bundles(itsBundles), subject(localetext::widen(narrow)), path(asPath(narrow))
     {
     }
@@ -97,8 +89,9 @@ private:
     {
         const std::wstring name = folderNameOf(bundle);
         const auto& package = bundle.records.package;
-        if (bundle.folder == path || name == subject || withoutEnding(name) == subject ||
-            (!subject.empty() && (package.name == subject || package.upgradeCode == subject)) ||
+        if (bundle.folder == path || name == subject ||
+            (!subject.empty() &&
+             (withoutBundleEnding(name) == subject || package.name == subject || package.upgradeCode == subject)) ||
             (!bundle.manifest.empty() && bundle.manifest == path) || liesInNamedFolder(bundle)) {
             add(bundle);
         }
@@ -175,7 +168,7 @@ std::vector<std::string> knownNames(const Explanation& explanation)
     std::vector<std::string> names;
     for (const ExaminedBundle& bundle : explanation.examination().bundles) {
         const std::wstring name = folderNameOf(bundle);
-        for (const std::wstring& one : {withoutEnding(name), name, std::wstring(bundle.records.package.name)}) {
+        for (const std::wstring& one : {withoutBundleEnding(name), name, std::wstring(bundle.records.package.name)}) {
             names.push_back(plainUtf8(one));
         }
         for (const ExaminedComponent& component : bundle.components) {
@@ -195,7 +188,7 @@ std::vector<std::string> knownNames(const Explanation& explanation)
 
 void addSubject(Explanation& explanation, std::vector<const ExaminedBundle*>& bundles, const std::string& subject)
 {
-    if (Search(explanation, bundles, subject).run()) {
+    if (OneSearch(explanation, bundles, subject).run()) {
         return;
     }
     const std::vector<std::string> known = knownNames(explanation);

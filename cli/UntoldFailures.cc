@@ -18,7 +18,7 @@ namespace {
 constexpr wchar_t kManagedEngine[] = L"VxManagedCommand.dll";
 
 /// A component in a bundle of the report.
-struct Place
+struct Culprit
 {
     std::size_t bundle = 0;
     const ManifestComponent* component = nullptr; ///< null: there is none
@@ -26,7 +26,7 @@ struct Place
 
 /// The first component of a bundle, in the order found, of which `isWanted` holds.
 template <typename IsWanted>
-Place placeWhere(const RunReport& report, IsWanted isWanted)
+Culprit culpritWhere(const RunReport& report, IsWanted isWanted)
 {
     for (std::size_t bundle = 0; bundle < report.bundles.size(); ++bundle) {
         for (const ManifestComponent& component : report.bundles[bundle].components) {
@@ -39,12 +39,12 @@ Place placeWhere(const RunReport& report, IsWanted isWanted)
 }
 
 /// The component that the autoloader loads when the command `name` is first used.
-Place placeOfCommand(const RunReport& report, std::wstring name)
+Culprit culpritOfCommand(const RunReport& report, std::wstring name)
 {
     localetext::upperByGlobalLocale(name);
     const bool isAnnounced = std::any_of(report.announced.begin(), report.announced.end(),
                                          [&](const auto& announced) { return announced.entry.name == name; });
-    return !isAnnounced ? Place() : placeWhere(report, [&](const ManifestComponent& component) {
+    return !isAnnounced ? Culprit() : culpritWhere(report, [&](const ManifestComponent& component) {
         const auto& commands = component.commands;
         return component.isOnDemand && std::find(commands.begin(), commands.end(), name) != commands.end();
     });
@@ -65,13 +65,13 @@ std::string managedProblem(const RunReport& report)
                                                                   : "the engine for managed assemblies gave no reason";
 }
 
-void add(RunReport& report, const Place& place, std::optional<std::size_t> command)
+void add(RunReport& report, const Culprit& culprit, std::optional<std::size_t> command)
 {
-    const ManifestComponent& component = *place.component;
+    const ManifestComponent& component = *culprit.component;
     ScriptFacts facts{component.path, false, "", {}};
     facts.problem =
         isPythonScript(component.path) ? pythonProblem(plainUtf8(component.pythonVersion)) : managedProblem(report);
-    report.scripts.push_back({std::move(facts), place.bundle, command, std::numeric_limits<std::size_t>::max()});
+    report.scripts.push_back({std::move(facts), culprit.bundle, command, std::numeric_limits<std::size_t>::max()});
 }
 
 bool needsEngine(const ManifestComponent& component)
@@ -99,22 +99,22 @@ struct Failure
 void addUntoldFailures(RunReport& report)
 {
     for (const std::string& path : report.failedComponents()) {
-        const Place place = placeWhere(report, [&](const ManifestComponent& component) {
+        const Culprit culprit = culpritWhere(report, [&](const ManifestComponent& component) {
             return needsEngine(component) && pathInErrorLog(component.path) == path;
         });
-        if (place.component != nullptr && !isTold(report, place.component->path, {})) {
-            add(report, place, {});
+        if (culprit.component != nullptr && !isTold(report, culprit.component->path, {})) {
+            add(report, culprit, {});
         }
     }
 }
 
 void addUntoldFailure(RunReport& report, const std::wstring& name, std::size_t command)
 {
-    const Place place = placeOfCommand(report, name);
-    if (place.component != nullptr && needsEngine(*place.component) &&
-        !isTold(report, place.component->path, command)) {
-        add(report, place, command);
-        ++report.bundles[place.bundle].activity.componentsFailed;
+    const Culprit culprit = culpritOfCommand(report, name);
+    if (culprit.component != nullptr && needsEngine(*culprit.component) &&
+        !isTold(report, culprit.component->path, command)) {
+        add(report, culprit, command);
+        ++report.bundles[culprit.bundle].activity.componentsFailed;
     }
 }
 
@@ -142,9 +142,9 @@ std::string loadingProblemOf(const RunReport& report, const std::wstring& name, 
         return "loading " + standalone::displayable(std::wstring_view(first.path)) + " failed" +
                (first.problem.empty() ? "" : ": " + first.problem);
     }
-    const Place place = placeOfCommand(report, name);
-    return place.component != nullptr && place.component->isPassedOver()
-               ? "its Python script " + standalone::displayable(std::wstring_view(place.component->path)) +
+    const Culprit culprit = culpritOfCommand(report, name);
+    return culprit.component != nullptr && culprit.component->isPassedOver()
+               ? "its Python script " + standalone::displayable(std::wstring_view(culprit.component->path)) +
                      " names no PythonVersion, so it is skipped"
                : "";
 }

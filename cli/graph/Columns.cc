@@ -9,7 +9,7 @@ namespace cli {
 
 namespace {
 
-constexpr int kLineHeight = 6; ///< of the place of a line
+constexpr int kSlotHeight = 6; ///< of the place of a line
 constexpr int kSweeps = 6;
 
 /// The column of each block of `group`: right of all that depend on it. What nothing depends on moves to the right
@@ -102,7 +102,7 @@ void Columns::lead(const Blocks& blocks, const std::vector<std::size_t>& group, 
                 for (std::size_t column = slots[from].column + 1; column < slots[to].column; ++column) {
                     const std::size_t place = slots.size();
                     columns[column].push_back(place);
-                    slots.push_back({std::nullopt, column, kLineHeight, 0, {}, {}});
+                    slots.push_back({std::nullopt, column, kSlotHeight, 0, {}, {}});
                     passed[{block, next}].push_back(place);
                     join(from, place);
                     from = place;

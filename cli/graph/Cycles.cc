@@ -11,10 +11,12 @@ namespace cli {
 namespace {
 
 /// Tarjan's algorithm, with the calls on a stack of its own: a chain of bundles may be longer than any call stack.
-class Search
+class CycleSearch
 {
 public:
-    explicit Search(const Successors& graph) : successors(graph), order(graph.size(), 0), lowest(graph.size(), 0) {}
+    explicit CycleSearch(const Successors& graph) : successors(graph), order(graph.size(), 0), lowest(graph.size(), 0)
+    {
+    }
 
     std::vector<std::vector<std::size_t>> run()
     {
@@ -96,7 +98,7 @@ private:
 
 std::vector<std::vector<std::size_t>> connectedComponents(const Successors& successors)
 {
-    return Search(successors).run();
+    return CycleSearch(successors).run();
 }
 
 std::vector<std::size_t> shortestCycle(const Successors& successors, const std::vector<std::size_t>& component)

@@ -6,7 +6,7 @@ namespace cli {
 namespace {
 
 /// `text` within a quoted label: what Graphviz would take for an escape or a character's name stands for itself.
-std::string labelled(const std::string& text)
+std::string dotLabel(const std::string& text)
 {
     std::string label;
     for (const char character : text) {
@@ -34,15 +34,15 @@ const char* styleOf(NodeStanding standing)
     return R"(shape=ellipse, style="dashed", color="#57606a")";
 }
 
-std::string nodeLine(const GraphNode& node, std::size_t id, const PictureOptions& options)
+std::string dotNode(const GraphNode& node, std::size_t id, const PictureOptions& options)
 {
-    std::string label = labelled(node.title);
+    std::string label = dotLabel(node.title);
     if (!node.folder.empty() && node.folder != node.title) {
-        label += "\\n" + labelled(node.folder);
+        label += "\\n" + dotLabel(node.folder);
     }
     label += std::string("\\n") + node.state();
     for (const std::string& line : contentLines(node, options)) {
-        label += "\\n" + labelled(line);
+        label += "\\n" + dotLabel(line);
     }
     return "    n" + std::to_string(id) + " [label=\"" + label + "\", " + styleOf(standingOf(node)) + "];\n";
 }
@@ -63,7 +63,7 @@ std::string dotText(const BundleGraph& graph, const PictureOptions& options)
                        "    rankdir=LR;\n"
                        "    node [fontname=\"sans-serif\", fontsize=11];\n";
     for (std::size_t id = 0; id < graph.nodes.size(); ++id) {
-        text += nodeLine(graph.nodes[id], id, options);
+        text += dotNode(graph.nodes[id], id, options);
     }
     for (const GraphEdge& edge : graph.edges) {
         text += "    n" + std::to_string(edge.from) + " -> n" + std::to_string(edge.to) + styleOf(edge) + ";\n";

@@ -10,7 +10,7 @@ namespace {
 
 /// `text` within a quoted label. What is not surely plain is written as a character's number: the reader looks for
 /// directives, comments, entities, line breaks and markup also within quotes.
-std::string labelled(const std::string& text)
+std::string mermaidLabel(const std::string& text)
 {
     constexpr std::string_view kPlain = " .,-_/";
     std::string label;
@@ -27,15 +27,15 @@ std::string labelled(const std::string& text)
     return label;
 }
 
-std::string nodeLine(const GraphNode& node, std::size_t id, const PictureOptions& options)
+std::string mermaidNode(const GraphNode& node, std::size_t id, const PictureOptions& options)
 {
-    std::string label = labelled(node.title);
+    std::string label = mermaidLabel(node.title);
     if (!node.folder.empty() && node.folder != node.title) {
-        label += "<br/>" + labelled(node.folder);
+        label += "<br/>" + mermaidLabel(node.folder);
     }
     label += std::string("<br/>") + node.state();
     for (const std::string& line : contentLines(node, options)) {
-        label += "<br/>" + labelled(line);
+        label += "<br/>" + mermaidLabel(line);
     }
     const NodeStanding standing = standingOf(node);
     const bool isBroken = standing == NodeStanding::kBroken;
@@ -54,7 +54,7 @@ std::string mermaidText(const BundleGraph& graph, const PictureOptions& options)
                        "    classDef broken fill:#fdecec,stroke:#b3261e,color:#1f2328\n"
                        "    classDef missing fill:#ffffff,stroke:#57606a,color:#1f2328,stroke-dasharray:5 4\n";
     for (std::size_t id = 0; id < graph.nodes.size(); ++id) {
-        text += nodeLine(graph.nodes[id], id, options);
+        text += mermaidNode(graph.nodes[id], id, options);
     }
     for (const GraphEdge& edge : graph.edges) {
         const char* const arrow = edge.isInCycle ? " == cycle ==> " : edge.isSatisfied ? " --> " : " -.-> ";

@@ -12,7 +12,7 @@ namespace cli {
 namespace {
 
 constexpr int kBorder = 28;
-constexpr int kHead = 40;   ///< the heading's height
+constexpr int kHeadingHeight = 40;
 constexpr int kLegend = 44; ///< that of the explanation at the foot
 
 constexpr char kStyle[] = R"(<style>
@@ -79,7 +79,7 @@ public:
     {
         const std::string heading = "Bundles and what they depend on";
         const int width = std::max(layout.size.width, kNarrowest) + 2 * kBorder;
-        const int height = layout.size.height + 2 * kBorder + kHead + kLegend;
+        const int height = layout.size.height + 2 * kBorder + kHeadingHeight + kLegend;
         std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                            "<svg xmlns=\"http://www.w3.org/2000/svg\" role=\"img\" aria-labelledby=\"title desc\" "
                            "width=\"" +
@@ -89,7 +89,8 @@ public:
                            "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
         text += "<text class=\"heading\" x=\"" + std::to_string(kBorder) + "\" y=\"" + std::to_string(kBorder + 14) +
                 "\">" + heading + "</text>\n";
-        text += "<g transform=\"translate(" + pointText(kBorder, kBorder + kHead) + ")\">\n" + body() + "</g>\n";
+        text +=
+            "<g transform=\"translate(" + pointText(kBorder, kBorder + kHeadingHeight) + ")\">\n" + body() + "</g>\n";
         return text + legend(height - kBorder) + "</svg>\n";
     }
 

@@ -15,7 +15,7 @@ constexpr int kWidest = 420; ///< of a text
 constexpr int kMargin = 12;
 constexpr int kSignRoom = 20;
 constexpr int kTitleHeight = 20;
-constexpr int kLineHeight = 15;
+constexpr int kTextHeight = 15;
 constexpr std::size_t kMostContent = 12;
 
 std::string textElement(const char* style, Point at, const std::string& text)
@@ -47,7 +47,7 @@ SvgBox svgBox(const GraphNode& node, const PictureOptions& options)
     if (most < content.size()) {
         add("and " + std::to_string(content.size() - most) + " more");
     }
-    box.size = {width + 2 * kMargin, kTitleHeight + static_cast<int>(box.lines.size()) * kLineHeight + kMargin};
+    box.size = {width + 2 * kMargin, kTitleHeight + static_cast<int>(box.lines.size()) * kTextHeight + kMargin};
     return box;
 }
 
@@ -61,10 +61,10 @@ std::string drawn(const SvgBox& box, const GraphNode& node, Point corner)
             std::to_string(box.size.height) + "\" rx=\"" + (isRound ? "8" : "0") + "\"/>\n";
     text += standingSign(standing, {corner.x + kMargin - 2, corner.y + 8});
     text += textElement("title", {corner.x + kMargin + kSignRoom, corner.y + kTitleHeight}, box.title);
-    int y = corner.y + kTitleHeight + kLineHeight + 2;
+    int y = corner.y + kTitleHeight + kTextHeight + 2;
     for (const std::string& line : box.lines) {
         text += textElement("line", {corner.x + kMargin, y}, line);
-        y += kLineHeight;
+        y += kTextHeight;
     }
     return text + "</g>\n";
 }

@@ -27,7 +27,7 @@ constexpr std::array<Range, 9> kFull = {{{0x1100, 0x115F},
                                          {0x20000, 0x3FFFD}}};
 
 /// Characters that stand above or below others, or are not seen.
-constexpr std::array<Range, 6> kNone = {
+constexpr std::array<Range, 6> kWithoutWidth = {
     {{0x0300, 0x036F}, {0x1AB0, 0x1AFF}, {0x20D0, 0x20FF}, {0x200B, 0x200F}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}}};
 
 template <std::size_t count>
@@ -46,7 +46,7 @@ int widthOf(char32_t code)
 {
     constexpr std::u32string_view kNarrow = U" !'(),./:;I[\\]fijlrt|";
     constexpr std::u32string_view kWide = U"@MWm%w";
-    if (isIn(kNone, code)) {
+    if (isIn(kWithoutWidth, code)) {
         return 0;
     }
     if (isIn(kFull, code)) {

@@ -135,7 +135,7 @@ private:
             "The element " + name + " stands in another " + name +
                 (word.attributes.empty() ? ", and its end" : ": its values take the place of that one's, and its end") +
                 " counts as the end of that one, too.",
-            "Move it behind the end of that " + name + ".");
+            "Move it behind the end of the outermost " + name + " around it.");
     }
 
     void addCutOff(std::size_t index, const ElementWord& word, const ElementWord& around)

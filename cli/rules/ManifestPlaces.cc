@@ -9,7 +9,7 @@ namespace cli {
 
 namespace {
 
-constexpr std::size_t kNone = ManifestElement::kNone;
+constexpr std::size_t kNoElement = ManifestElement::kNone;
 
 std::wstring valueOf(const ManifestElement& element, std::wstring_view attribute)
 {
@@ -39,7 +39,7 @@ ManifestPlaces::ManifestPlaces(const ExaminedBundle& bundle) : file(bundle.manif
     const auto found = std::find_if(reading.requirements.begin(), reading.requirements.end(), [&](std::size_t element) {
         return isSourceOf(document.elements[element], bundle.records.runtime);
     });
-    judged = found != reading.requirements.end() ? *found : kNone;
+    judged = found != reading.requirements.end() ? *found : kNoElement;
 }
 
 Place ManifestPlaces::placeOf(std::size_t element, std::wstring_view attribute) const
@@ -62,7 +62,7 @@ Place ManifestPlaces::ofFile() const
 
 Place ManifestPlaces::ofPackage(std::wstring_view attribute) const
 {
-    return placeOf(hasPackage() ? reading.packages.back() : kNone, attribute);
+    return placeOf(hasPackage() ? reading.packages.back() : kNoElement, attribute);
 }
 
 Place ManifestPlaces::ofRequirements(std::wstring_view attribute) const
@@ -72,12 +72,12 @@ Place ManifestPlaces::ofRequirements(std::wstring_view attribute) const
 
 Place ManifestPlaces::ofDependency(std::size_t index, std::wstring_view attribute) const
 {
-    return placeOf(index < reading.dependencies.size() ? reading.dependencies[index] : kNone, attribute);
+    return placeOf(index < reading.dependencies.size() ? reading.dependencies[index] : kNoElement, attribute);
 }
 
 Place ManifestPlaces::ofComponent(std::size_t index, std::wstring_view attribute) const
 {
-    return placeOf(index < reading.components.size() ? reading.components[index].entry : kNone, attribute);
+    return placeOf(index < reading.components.size() ? reading.components[index].entry : kNoElement, attribute);
 }
 
 Place ManifestPlaces::ofCommand(std::size_t component, std::size_t command, std::wstring_view attribute) const
@@ -89,7 +89,7 @@ Place ManifestPlaces::ofCommand(std::size_t component, std::size_t command, std:
 
 std::optional<std::wstring> ManifestPlaces::componentText(std::size_t index, std::wstring_view attribute) const
 {
-    const std::size_t entry = index < reading.components.size() ? reading.components[index].entry : kNone;
+    const std::size_t entry = index < reading.components.size() ? reading.components[index].entry : kNoElement;
     const ManifestAttribute* const found =
         entry < document.elements.size() ? document.elements[entry].find(attribute) : nullptr;
     return found != nullptr ? std::optional(found->value) : std::nullopt;

@@ -9,14 +9,14 @@ namespace cli {
 
 namespace {
 
-constexpr std::size_t kLongest = 300;
+constexpr std::size_t kLongestShown = 300;
 constexpr std::size_t kShownOfEach = 120;
 
 } // namespace
 
 std::string abridged(std::wstring_view text)
 {
-    if (text.size() <= kLongest) {
+    if (text.size() <= kLongestShown) {
         return shown(text);
     }
     return shown(text.substr(0, kShownOfEach)) + "[... " + std::to_string(text.size() - 2 * kShownOfEach) +
@@ -26,11 +26,11 @@ std::string abridged(std::wstring_view text)
 std::string abridged(const std::string& utf8)
 {
     std::string text = shownLine(utf8);
-    if (text.size() <= 4 * kLongest) {
+    if (text.size() <= 4 * kLongestShown) {
         return text;
     }
-    std::size_t begin = 2 * kLongest;
-    std::size_t end = text.size() - kLongest;
+    std::size_t begin = 2 * kLongestShown;
+    std::size_t end = text.size() - kLongestShown;
     const auto isInside = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U; };
     while (isInside(begin)) {
         --begin;

@@ -1,5 +1,6 @@
 #include "cli/rules/SearchRules.h"
 
+#include "cli/BundleName.h"
 #include "cli/NearestName.h"
 #include "cli/Shown.h"
 #include "cli/rules/RuleTexts.h"
@@ -20,14 +21,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::wstring_view kEnding = L".bundle";
-
 const std::wstring& manifestName()
 {
     return BundleStrConst::xml_FileNameConst;
 }
 
-std::string reasonOf(int error)
+std::string textOfError(int error)
 {
     return shownLine(plainUtf8FromLocale(std::strerror(error)));
 }
@@ -128,8 +127,8 @@ Finding missingManifest(const ExaminedBundle& bundle, const std::vector<std::str
 /// `name` as that of a bundle: "Tools.bundle.bak" was one.
 std::wstring asBundleName(const std::wstring& name)
 {
-    const std::size_t ending = name.find(kEnding);
-    return name.substr(0, ending) + std::wstring(kEnding);
+    const std::size_t ending = name.find(kBundleEnding);
+    return name.substr(0, ending) + std::wstring(kBundleEnding);
 }
 
 Finding whyNotABundle(const ExaminedBundle& bundle)
@@ -145,13 +144,13 @@ Finding whyNotABundle(const ExaminedBundle& bundle)
             const std::string target = fs::read_symlink(path, ignored).string();
             Finding finding = aboutNamed(kBrokenLink, bundle,
                                          "This is a link to " + named(localetext::widen(target)) +
-                                             ", which cannot be followed: " + reasonOf(error) + ".",
+                                             ", which cannot be followed: " + textOfError(error) + ".",
                                          "Let the link lead to a bundle folder, or remove it.");
             finding.expected = "a folder";
             finding.found = "a link that leads nowhere";
             return finding;
         }
-        return aboutNamed(kFolderNotListable, bundle, "The folder cannot be looked at: " + reasonOf(error) + ".",
+        return aboutNamed(kFolderNotListable, bundle, "The folder cannot be looked at: " + textOfError(error) + ".",
                           "Let the user of the host read the folder.");
     }
     if (!S_ISDIR(found.st_mode)) {
@@ -165,13 +164,12 @@ Finding whyNotABundle(const ExaminedBundle& bundle)
     std::error_code error;
     const std::vector<std::string> names = namesIn(path, error);
     if (error) {
-        return aboutNamed(kFolderNotListable, bundle, "The folder cannot be listed: " + reasonOf(error.value()) + ".",
+        return aboutNamed(kFolderNotListable, bundle,
+                          "The folder cannot be listed: " + textOfError(error.value()) + ".",
                           "Let the user of the host read the folder.");
     }
     const std::wstring name = folderNameOf(bundle);
-    const bool isNamedSo = name.size() >= kEnding.size() &&
-                           localetext::equalIgnoringCase(name.substr(name.size() - kEnding.size()), kEnding);
-    if (!isNamedSo) {
+    if (!hasBundleEnding(name)) {
         Finding finding = aboutNamed(kNameWithoutEnding, bundle,
                                      "The folder holds a manifest, but its name " + named(name) +
                                          " does not end in \".bundle\", so it is passed over.",

@@ -81,10 +81,10 @@ std::vector<unsigned long> numbersOf(const std::wstring& text)
     return numbers;
 }
 
-class ValueCheck
+class ValueLint
 {
 public:
-    ValueCheck(const LintInput& given, Findings& all) : input(given), findings(all) {}
+    ValueLint(const LintInput& given, Findings& all) : input(given), findings(all) {}
 
     void run()
     {
@@ -228,7 +228,7 @@ std::vector<const Rule*> valueRules()
 
 void addValueFindings(const LintInput& input, Findings& findings)
 {
-    ValueCheck(input, findings).run();
+    ValueLint(input, findings).run();
 }
 
 } // namespace cli

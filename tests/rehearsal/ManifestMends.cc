@@ -128,7 +128,11 @@ bool putIntoNamed(const Told& told, const MendTree& /*tree*/)
 bool moveOutOfItsLike(const Told& told, const MendTree& /*tree*/)
 {
     return changeAt(told, [&](const ManifestEdit& /*manifest*/, xmlNode* element) {
-        xmlNode* const place = around(element, quotedIn(told.mend).front());
+        const std::string name = quotedIn(told.mend).front();
+        xmlNode* place = around(element, name);
+        for (xmlNode* outer = place; outer != nullptr; outer = around(outer, name)) {
+            place = outer;
+        }
         return place != nullptr && moveBehind(place, element);
     });
 }

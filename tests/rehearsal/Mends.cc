@@ -38,7 +38,7 @@ const std::vector<Mend>& allMends()
         {&kMisplacedElement, "Put it into", putIntoNamed, true, true},
         {&kMisplacedElement, "Write it as an attribute of ", makeAttribute, true, true},
         {&kMisplacedElement, "Make it the outermost element", makeOutermost, true, true},
-        {&kNestedElement, "Move it behind the end of that ", moveOutOfItsLike, true, true},
+        {&kNestedElement, "Move it behind the end of the outermost ", moveOutOfItsLike, true, true},
         {&kCutOffElement, "Move that other ", moveOtherOut, true, true},
         {&kRepeatedElement, "Keep one of them", removeElement},
 

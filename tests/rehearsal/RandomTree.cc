@@ -50,7 +50,9 @@ void RandomTree::write()
 void RandomTree::writeBundle(const fs::path& root, std::size_t number)
 {
     const std::string name = std::string(1, static_cast<char>('a' + below(26))) + std::to_string(number);
-    const fs::path folder = root / (name + oneOf({".bundle", ".bundle", ".bundle", ".BUNDLE", ".Bundle", ".bundles"}));
+    const fs::path around = oneIn(25) ? root / "Vendor" : root;
+    const fs::path folder =
+        around / (name + oneOf({".bundle", ".bundle", ".bundle", ".BUNDLE", ".Bundle", ".bundles"}));
     if (oneIn(30)) {
         writeFile(folder, "a plain file");
         return;
@@ -74,6 +76,7 @@ std::string RandomTree::manifest(const fs::path& folder)
     if (!oneIn(12)) {
         text += "  <Components>\n";
         bringsMenusOnly = oneIn(6);
+        previousModule.clear();
         for (std::size_t count = below(5), number = 0; number < count; ++number) {
             text += component(folder, number);
         }
@@ -93,7 +96,8 @@ std::string RandomTree::misspelt(std::string text)
                                                                     {"DependentBundles>", "DependendBundles>"},
                                                                     {"Local=", "local="},
                                                                     {"<RuntimeRequirements ", "<RuntimeRequirement "},
-                                                                    {"ApplicationPackage", "ApplicationPackge"}};
+                                                                    {"ApplicationPackage", "ApplicationPackge"},
+                                                                    {"Components>", "x:Components>"}};
     const auto& [word, slip] = slips[below(slips.size())];
     for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + slip.size())) {
         text.replace(at, word.size(), slip);
@@ -128,10 +132,13 @@ std::string RandomTree::component(const fs::path& folder, std::size_t number)
     const std::string any = oneOf({".krx", ".KRX", ".lsp", ".kelx", ".vls", ".py", ".Py", ".dll", ".cuix", ".mnu",
                                    ".mns", ".menuc", ".txt", ".lsp.bak", ""});
     const std::string& extension = bringsMenusOnly ? menu : any;
-    const std::string name = "m" + std::to_string(number) + extension;
-    if (!oneIn(6)) {
+    std::string name = "m" + std::to_string(number) + extension;
+    if (!previousModule.empty() && oneIn(8)) {
+        name = previousModule;
+    } else if (!oneIn(6)) {
         writeModule(folder / "Contents" / name, extension);
     }
+    previousModule = name;
     if (bringsMenusOnly) {
         return "    <ComponentEntry ModuleName=\"./Contents/" + name + "\"/>\n";
     }
@@ -142,7 +149,7 @@ std::string RandomTree::component(const fs::path& folder, std::size_t number)
            attribute("PythonVersion", oneOf({"standin", "standin", "standin", "", "python9.99", "../Contents/x"})) +
            attribute("LoadOnTARVIXStartup", oneOf({"", "TRUE", "FALSE", "False", "no"})) +
            attribute("LoadOnCommandInvocation", oneOf({"", "TRUE", "true", "yes", "FALSE"})) + ">\n" + commandsOf() +
-           "    </ComponentEntry>\n";
+           (oneIn(30) ? component(folder, number + 10) : "") + "    </ComponentEntry>\n";
 }
 
 std::string RandomTree::commandsOf()
@@ -152,7 +159,8 @@ std::string RandomTree::commandsOf()
         const std::string local = oneOf({"draw", "Draw", "line", "CIRCLE", "", "hatch", "m\xC3\xA4rz"});
         text += "        <Command Global=\"g\"" + attribute("Local", local) + "/>\n";
     }
-    return text.empty() ? text : "      <Commands GroupName=\"group\">\n" + text + "      </Commands>\n";
+    const std::string nested = oneIn(30) ? "        <Commands GroupName=\"nested\"/>\n" : "";
+    return text.empty() ? text : "      <Commands GroupName=\"group\">\n" + nested + text + "      </Commands>\n";
 }
 
 void RandomTree::writeModule(const fs::path& file, const std::string& extension)

@@ -39,7 +39,9 @@ private:
     std::filesystem::path home;
     std::filesystem::path program;
     std::filesystem::path module;
-    bool bringsMenusOnly = false; ///< the bundle that is being written
+    // Of the bundle that is being written:
+    bool bringsMenusOnly = false;
+    std::string previousModule; ///< of its last component
 };
 
 } // namespace rehearsal
