@@ -4,6 +4,7 @@
 #include "manifest/BundleStrConst.h"
 
 #include <memory>
+#include <mutex>
 #include <utility>
 
 namespace cli {
@@ -115,6 +116,8 @@ private:
 
 ManifestReading readingOf(const ManifestDocument& document)
 {
+    static std::mutex turn; // the autoloader reads on one thread, and all its reading shares a buffer
+    const std::lock_guard<std::mutex> mine(turn);
     ManifestReading reading;
     KestBundle bundle; // without a manager, which only complaints need
     bundle.xmlReader = std::make_unique<NotingReader>(document, bundle, reading);

@@ -26,7 +26,8 @@ struct ManifestReading
 };
 
 /// Lets the autoloader's reader walk `document` and notes what it asks for. Unlike in a start, requirements are not
-/// judged, so that it comes to the end; a manifest that was not read to its end in a start has fewer records.
+/// judged, so that it comes to the end; a manifest that was not read to its end in a start has fewer records. May be
+/// called on several threads, which take turns.
 ManifestReading readingOf(const ManifestDocument& document);
 
 } // namespace cli
