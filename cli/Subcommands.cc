@@ -8,13 +8,13 @@
 #include "cli/MenusCommand.h"
 #include "cli/NearestName.h"
 #include "cli/NewCommand.h"
+#include "cli/ReportLines.h"
 #include "cli/RunCommand.h"
 #include "cli/SchemaCommand.h"
-#include "standalone/Utf8.h"
 
 #include <CLI/CLI.hpp>
 #include <optional>
-#include <string_view>
+#include <string>
 #include <vector>
 
 namespace cli {
@@ -50,11 +50,6 @@ std::string didYouMean(const CLI::App& app, const std::string& argument)
     return nearest ? "; did you mean \"" + *nearest + "\"?" : "";
 }
 
-std::string inQuotes(const std::string& argument)
-{
-    return "\"" + standalone::displayable(std::string_view(argument)) + "\"";
-}
-
 } // namespace
 
 void defineCommandLine(CLI::App& app, Action& chosen)
@@ -73,13 +68,13 @@ std::string explainRefusal(const CLI::App& app, const CLI::ParseError& error)
 {
     const std::vector<CLI::App*> called = app.get_subcommands();
     const CLI::App& refusing = called.empty() || !app.remaining().empty() ? app : *called.front();
-    std::string text = standalone::displayable(std::string_view(error.what()));
+    std::string text = shown(std::string(error.what()));
     // What is left over of the command line is the likeliest cause, also when the complaint is that something lacks.
     if (const std::vector<std::string> unexpected = refusing.remaining(); !unexpected.empty()) {
         const std::string& first = unexpected.front();
         const bool isSubcommand = &refusing == &app && !first.starts_with('-');
-        text = isSubcommand ? inQuotes(first) + " is no subcommand"
-                            : "The argument " + inQuotes(first) + " was not expected";
+        text = isSubcommand ? quoted(shown(first)) + " is no subcommand"
+                            : "The argument " + quoted(shown(first)) + " was not expected";
         text += didYouMean(refusing, first);
     }
     return text + "\nRun \"kestbundle " + (&refusing == &app ? "" : refusing.get_name() + " ") +
