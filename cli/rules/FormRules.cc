@@ -192,6 +192,11 @@ private:
         if (word.name == BundleStrConst::xml_RuntimeRequirements) {
             return; // has a rule of its own
         }
+        const std::size_t outer = input.document.elements[index].parent;
+        const ElementWord* const parent = outer != ManifestElement::kNone ? standings[outer].meant : nullptr;
+        if (parent != nullptr && word.parent != nullptr && parent->name == *word.parent) {
+            return; // it stands right in what is misplaced itself, and moves with that
+        }
         const std::string place = word.parent != nullptr ? abridged(std::wstring_view(*word.parent)) : "";
         add(kMisplacedElement, index, L"",
             "The element " + named(word.name) + " stands where it is not looked for, and is passed over.",
