@@ -23,10 +23,7 @@ function(kest_add_tests program)
         math(EXPR index "${part} - 1")
         set(test ${program}.${part}of${parts})
         add_test(NAME ${test} COMMAND ${program} --gtest_brief=1)
-        if(ARGN)
-            set_tests_properties(${test} PROPERTIES ${ARGN})
-        endif()
-        set_property(TEST ${test} PROPERTY COST 100) # longer than any other test: CTest starts it first
+        set_tests_properties(${test} PROPERTIES COST 100 ${ARGN}) # CTest starts what takes long first
         set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT GTEST_TOTAL_SHARDS=${parts} GTEST_SHARD_INDEX=${index})
     endforeach()
 endfunction()

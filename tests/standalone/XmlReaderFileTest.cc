@@ -208,7 +208,7 @@ TEST_F(XmlReaderFileTest, SmallFileIsClosedAtTheFirstTokenAndALargeOneWithItsRea
 
 TEST_F(XmlReaderFileTest, TenThousandReadersAtTheirEndKeepLittle)
 {
-    const std::string document = largeDocument(2 * 1000);
+    const std::string document = largeDocument(20 * 1000);
     told(document);
     writeFile(folder / "document.xml", document);
     const std::string path = folder / "document.xml";

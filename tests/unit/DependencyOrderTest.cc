@@ -47,7 +47,7 @@ TEST_F(DependencyOrderTest, APassWithoutAnAttemptEndsIt)
 
 TEST_F(DependencyOrderTest, LoadingAndGatheringDoWhatPlainPassesDo)
 {
-    constexpr int kLists = 8'000;
+    constexpr int kLists = 24'000;
     Randomness random(20'240'307);
     std::size_t loads = 0;
     for (int number = 0; number < kLists; ++number) {
@@ -73,7 +73,7 @@ TEST_F(DependencyOrderTest, LoadingAndGatheringDoWhatPlainPassesDo)
 
 TEST_F(DependencyOrderTest, TheAttemptsAreThoseOfPlainPassesFruitlessOnesIncluded)
 {
-    constexpr int kLists = 8'000;
+    constexpr int kLists = 24'000;
     Randomness random(7);
     std::size_t endedByCount = 0;
     for (int number = 0; number < kLists; ++number) {
